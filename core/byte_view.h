@@ -1,0 +1,110 @@
+// How bytes are looked at: a bounds-checked view that reads 0 at and beyond its end.
+//
+// A signature is compared as if endless zeros followed the last byte, so a short file still meets
+// the rules that its zero fill satisfies. A rule that needs its bytes "wholly inside" says so with
+// a length test of its own. The searches never look beyond the end.
+#ifndef TYPESCOUT_CORE_BYTE_VIEW_H
+#define TYPESCOUT_CORE_BYTE_VIEW_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace typescout {
+
+// ASCII rules in every locale; other bytes are left as they are.
+constexpr std::uint8_t ToUpperAscii(std::uint8_t byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<std::uint8_t>(byte - ('a' - 'A')) : byte;
+}
+constexpr bool IsAsciiDigit(std::uint8_t byte) { return byte >= '0' && byte <= '9'; }
+constexpr bool IsAsciiUpper(std::uint8_t byte) { return byte >= 'A' && byte <= 'Z'; }
+constexpr bool IsAsciiLetter(std::uint8_t byte) { return IsAsciiUpper(ToUpperAscii(byte)); }
+
+// The first occurrence of `text` in `bytes`, or std::string_view::npos. No input makes it slow: at
+// worst a small constant per byte.
+std::size_t FindText(std::string_view bytes, std::string_view text);
+
+class ByteView {
+ public:
+  using Position = std::int64_t;
+  static constexpr Position NOT_FOUND = -1;
+
+  constexpr ByteView() = default;
+  // Looks at `size` bytes at `bytes`, which the caller keeps alive; a negative size is an empty
+  // view.
+  constexpr ByteView(const unsigned char* bytes, Position size)
+      : bytes_(bytes), size_(std::max<Position>(size, 0)) {}
+
+  constexpr Position size() const { return size_; }
+
+  constexpr std::uint8_t U8(Position at) const {
+    return at >= 0 && at < size_ ? bytes_[at] : std::uint8_t{0};
+  }
+  constexpr std::uint16_t U16Le(Position at) const {
+    return static_cast<std::uint16_t>(U8(at) | U8(at + 1) << 8);
+  }
+  constexpr std::uint16_t U16Be(Position at) const {
+    return static_cast<std::uint16_t>(U8(at) << 8 | U8(at + 1));
+  }
+  constexpr std::uint32_t U32Le(Position at) const {
+    return U16Le(at) | static_cast<std::uint32_t>(U16Le(at + 2)) << 16;
+  }
+
+  // Whether the literal (without its terminating zero) stands at `at`.
+  template <std::size_t N>
+  bool Matches(Position at, const char (&literal)[N]) const {
+    static_assert(N > 1, "an empty literal matches everywhere");
+    constexpr auto LENGTH = static_cast<Position>(N - 1);
+    if (at >= 0 && at <= size_ - LENGTH) return std::memcmp(bytes_ + at, literal, N - 1) == 0;
+    for (Position i = 0; i < LENGTH; ++i) {
+      if (U8(at + i) != static_cast<std::uint8_t>(literal[i])) return false;
+    }
+    return true;
+  }
+
+  // The same with ASCII letters compared without regard to case.
+  template <std::size_t N>
+  bool MatchesNoCase(Position at, const char (&literal)[N]) const {
+    static_assert(N > 1, "an empty literal matches everywhere");
+    for (std::size_t i = 0; i < N - 1; ++i) {
+      if (ToUpperAscii(U8(at + static_cast<Position>(i))) !=
+          ToUpperAscii(static_cast<std::uint8_t>(literal[i]))) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  // The position of the first `byte` at or after `from`, or NOT_FOUND.
+  Position Find(std::uint8_t byte, Position from = 0) const {
+    if (from < 0 || from >= size_) return NOT_FOUND;
+    const void* hit = std::memchr(bytes_ + from, byte, static_cast<std::size_t>(size_ - from));
+    return hit == nullptr ? NOT_FOUND : static_cast<const unsigned char*>(hit) - bytes_;
+  }
+
+  // The position of the first occurrence of `text` that lies wholly inside the view, or NOT_FOUND.
+  Position Find(std::string_view text) const {
+    const std::size_t hit = FindText(Text(), text);
+    return hit == std::string_view::npos ? NOT_FOUND : static_cast<Position>(hit);
+  }
+
+  // The first `count` bytes, or all when there are fewer.
+  constexpr ByteView First(Position count) const { return {bytes_, std::min(count, size_)}; }
+
+  // The same bytes as text.
+  std::string_view Text() const {
+    return size_ == 0 ? std::string_view()
+                      : std::string_view(reinterpret_cast<const char*>(bytes_),
+                                         static_cast<std::size_t>(size_));
+  }
+
+ private:
+  const unsigned char* bytes_ = nullptr;
+  Position size_ = 0;
+};
+
+}  // namespace typescout
+
+#endif  // TYPESCOUT_CORE_BYTE_VIEW_H

@@ -1,0 +1,46 @@
+// What a scan looks at: the file context of one call, and the record that every detector receives.
+#ifndef TYPESCOUT_CORE_PROBE_CONTEXT_H
+#define TYPESCOUT_CORE_PROBE_CONTEXT_H
+
+#include <cstdint>
+
+#include "core/byte_view.h"
+#include "host/structured_storage.h"
+
+namespace typescout {
+
+// Names one import filter; bits 8 to 15 are its family. 0 means that nothing was recognised.
+using FilterId = std::int32_t;
+
+// The size of the head buffer, and the most bytes that are read into it from a file.
+inline constexpr std::int32_t HEAD_CAPACITY = 50'000;
+
+struct FileContext;
+
+// Built once a scan, read-only for the detectors. Everything in it belongs to somebody else and
+// lives longer than the scan.
+struct ProbeContext {
+  // At least HEAD_CAPACITY readable bytes; those at or beyond `headLength` are zero. Detectors look
+  // through Head() below.
+  const unsigned char* head;
+  std::int32_t headLength;
+  // The call's own copy of the path; null when the caller gave none.
+  const wchar_t* path;
+  // All zero on every road.
+  CLSID classId;
+  // The root of the file as a compound document, or null. A detector may open streams on it.
+  IStorage* storage;
+  FileContext* file;
+};
+
+// Answers non-zero when the file is of the detector's format. Keeps no state, reports no error.
+using Detector = std::int32_t (*)(const ProbeContext* probe);
+
+inline ByteView Head(const ProbeContext* probe) { return {probe->head, probe->headLength}; }
+
+// The filter that the caller means to use; 0 when it named none.
+FilterId RequestedFilter(const ProbeContext* probe);
+
+}  // namespace typescout
+
+#endif  // TYPESCOUT_CORE_PROBE_CONTEXT_H

@@ -1,0 +1,18 @@
+#include "host/config.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "host/posix/module_folder.h"
+#include "host/posix/wide_path.h"
+
+TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
+  // Not in a program that runs with another user's rights: who sets the environment is not trusted
+  // there.
+  if (const char* set = secure_getenv("TVN_FILTERS_DIR"); set != nullptr && *set != '\0') {
+    return posix_host::WidePath(set);
+  }
+  const std::string& folder = posix_host::ModuleFolder();
+  return folder.empty() ? TvnPlatform::TvnStringT<wchar_t>()
+                        : posix_host::WidePath(folder + "filters");
+}

@@ -1,0 +1,3 @@
+#include "host/handle.h"
+
+extern "C" int CloseHandle(void* /*handle*/) { return 0; }

@@ -1,0 +1,68 @@
+#include "host/library.h"
+
+#include <dlfcn.h>
+
+#include <new>
+#include <string>
+
+#include "host/posix/module_folder.h"
+#include "host/posix/regular_file.h"
+
+struct TvnUtils::TvnLibrary::Module {
+  TvnPlatform::TvnStringT<wchar_t> name;
+  void* loaded = nullptr;
+};
+
+namespace {
+
+// Where the module of this name lies; empty when the name is no usable one.
+std::string ModulePath(const wchar_t* name) {
+  const posix_host::PathBytes bytes(name);
+  if (bytes.get() == nullptr || *bytes.get() == '\0') return {};
+  std::string path = bytes.get();
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) {
+    if (posix_host::ModuleFolder().empty()) return {};
+    path.insert(0, posix_host::ModuleFolder());
+  }
+  if (path.find('.', path.rfind('/')) == std::string::npos) path += ".so";
+  return path;
+}
+
+}  // namespace
+
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
+    : module_(new (std::nothrow) Module) {
+  if (module_ != nullptr) module_->name = TvnPlatform::TvnStringT<wchar_t>(name.View());
+}
+
+TvnUtils::TvnLibrary::~TvnLibrary() {
+  Unload();
+  delete module_;
+}
+
+bool TvnUtils::TvnLibrary::Load() {
+  if (module_ == nullptr || IsLoaded()) return IsLoaded();
+  try {
+    const std::string path = ModulePath(module_->name);
+    if (!path.empty()) module_->loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return IsLoaded();
+}
+
+bool TvnUtils::TvnLibrary::IsLoaded() const {
+  return module_ != nullptr && module_->loaded != nullptr;
+}
+
+void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
+  return IsLoaded() ? dlsym(module_->loaded, name) : nullptr;
+}
+
+bool TvnUtils::TvnLibrary::Unload() {
+  if (!IsLoaded()) return false;
+  dlclose(module_->loaded);
+  module_->loaded = nullptr;
+  return true;
+}

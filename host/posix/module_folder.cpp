@@ -1,0 +1,39 @@
+#include "host/posix/module_folder.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <array>
+
+namespace posix_host {
+namespace {
+
+// The folder, from the loader's own name for us. That name may be relative to the folder that was
+// current when we were loaded, so it is taken once, at that time, and made absolute.
+std::string FindModuleFolder() {
+  std::array<char, 4096> buffer;
+  Dl_info module = {};
+  link_map* entry = nullptr;
+  const void* here = reinterpret_cast<const void*>(&ModuleFolder);
+  if (dladdr1(here, &module, reinterpret_cast<void**>(&entry), RTLD_DL_LINKMAP) == 0) return {};
+  std::string path;
+  if (entry == nullptr || entry->l_name == nullptr || *entry->l_name == '\0') {
+    // Part of the program itself, which the loader leaves unnamed.
+    const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size());
+    if (length > 0) path.assign(buffer.data(), static_cast<std::size_t>(length));
+  } else if (*entry->l_name == '/') {
+    path = entry->l_name;
+  } else if (getcwd(buffer.data(), buffer.size()) != nullptr) {
+    path = std::string(buffer.data()) + '/' + entry->l_name;
+  }
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+const std::string MODULE_FOLDER = FindModuleFolder();
+
+}  // namespace
+
+const std::string& ModuleFolder() { return MODULE_FOLDER; }
+
+}  // namespace posix_host

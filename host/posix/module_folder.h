@@ -1,0 +1,15 @@
+// Where the typescout module lies.
+#ifndef TYPESCOUT_HOST_POSIX_MODULE_FOLDER_H
+#define TYPESCOUT_HOST_POSIX_MODULE_FOLDER_H
+
+#include <string>
+
+namespace posix_host {
+
+// The absolute path of the folder that holds the typescout module (or the program that it is linked
+// into), with a '/' at its end; empty when it cannot be told.
+const std::string& ModuleFolder();
+
+}  // namespace posix_host
+
+#endif  // TYPESCOUT_HOST_POSIX_MODULE_FOLDER_H
