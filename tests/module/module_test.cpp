@@ -1,0 +1,119 @@
+// The six functions of the real module, on real files.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/registry.h"
+#include "tests/samples/sample.h"
+#include "tests/support/compound_writer.h"
+#include "tests/support/temp_folder.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+std::string FileBytes(const Sample& sample) {
+  return sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams);
+}
+
+// Asks the module for one row, by index.
+bool AskRow(const std::filesystem::path& path, int index, int requested) {
+  std::wstring wide = path.wstring();
+  return CheckFiltersFromList(wide.data(), &index, 1, 0, nullptr, requested) != 0;
+}
+
+TEST(Module, AnswersAsTheSamplesSay) {
+  const TempFolder folder;
+  int count = 0;
+  for (const Sample& sample : AllSamples()) {
+    const auto file = folder.Write(std::to_string(++count) / std::filesystem::path(sample.path),
+                                   FileBytes(sample));
+    for (int index = 0; index < REGISTRY_SIZE; ++index) {
+      if (DetectorRegistry[static_cast<std::size_t>(index)].detect != sample.detector) continue;
+      EXPECT_EQ(AskRow(file, index, sample.requested), sample.verdict == YES)
+          << sample.name << ", row " << index;
+    }
+  }
+}
+
+TEST(Module, AnswersTheSameOnEveryThread) {
+  const TempFolder folder;
+  std::vector<std::wstring> files;
+  std::vector<int> answers;
+  for (const Sample& sample : AllSamples()) {
+    const auto name = std::to_string(files.size()) / std::filesystem::path(sample.path);
+    files.push_back(folder.Write(name, FileBytes(sample)).wstring());
+    answers.push_back(TypeScoutFile(files.back().c_str()));
+  }
+  std::atomic<int> differences = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&, i] {
+      for (std::size_t k = 0; k < files.size(); ++k) {
+        const std::size_t file = (k + static_cast<std::size_t>(i) * 37) % files.size();
+        if (TypeScoutFile(files[file].c_str()) != answers[file]) ++differences;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(differences, 0);
+}
+
+TEST(Module, AnswersNothingForWhatIsNoFile) {
+  const TempFolder folder;
+  EXPECT_EQ(TypeScoutFile(nullptr), 0);
+  EXPECT_EQ(TypeScoutFile(L""), 0);
+  EXPECT_EQ(TypeScoutFile(folder.path().wstring().c_str()), 0);
+  EXPECT_EQ(TypeScoutFile((folder.path() / "missing").wstring().c_str()), 0);
+  EXPECT_EQ(TypeScoutFile(folder.Write("empty", "").wstring().c_str()), 0);
+}
+
+TEST(Module, TakesPathsOf259Characters) {
+  const TempFolder folder;
+  // Folders and a name that make the path exactly as long as wanted.
+  const auto pathOf = [&folder](std::size_t length) {
+    std::filesystem::path path = folder.path();
+    while (path.native().size() + 100 < length) path /= std::string(60, 'd');
+    path /= std::string(length - path.native().size() - 1, 'n');
+    return folder.Write(path.lexically_relative(folder.path()), Bytes("\x89PNG\r\n\x1A\n"));
+  };
+  EXPECT_EQ(TypeScoutFile(pathOf(259).wstring().c_str()), 0x0322);
+  EXPECT_EQ(TypeScoutFile(pathOf(260).wstring().c_str()), 0);
+}
+
+// A file whose first picture's data runs past the head, so that the rest is read too.
+TEST(Module, ThrowsWhenAFileShrinksUnderIt) {
+  const TempFolder folder;
+  const std::string head = PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08";
+  const std::string data = Fill(70'000, '\xFF');
+  const auto file = folder.Write("shrinking.gif", head + data);
+  constexpr std::uintmax_t FULL = 48 << 20;
+  std::atomic<bool> done = false;
+  std::thread shrinker([&] {
+    while (!done) {
+      std::filesystem::resize_file(file, FULL);
+      std::this_thread::sleep_for(std::chrono::milliseconds(3));
+      std::filesystem::resize_file(file, 60'000);
+    }
+  });
+  bool thrown = false;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (!thrown && std::chrono::steady_clock::now() < end) {
+    try {
+      TypeScoutFile(file.wstring().c_str());
+    } catch (int value) {
+      EXPECT_EQ(value, 0);
+      thrown = true;
+    }
+  }
+  done = true;
+  shrinker.join();
+  EXPECT_TRUE(thrown);
+}
+
+}  // namespace
+}  // namespace typescout::tests

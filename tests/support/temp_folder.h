@@ -1,0 +1,45 @@
+// A folder of a test's own on the real file system, removed with everything in it.
+#ifndef TYPESCOUT_TESTS_SUPPORT_TEMP_FOLDER_H
+#define TYPESCOUT_TESTS_SUPPORT_TEMP_FOLDER_H
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace typescout::tests {
+
+class TempFolder {
+ public:
+  TempFolder() {
+    static std::atomic<int> count = 0;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    path_ = std::filesystem::temp_directory_path() /
+            ("typescout-" + std::to_string(now) + "-" + std::to_string(++count));
+    std::filesystem::create_directories(path_);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+
+  const std::filesystem::path& path() const { return path_; }
+
+  // Writes a file (and the folders above it) below the folder; its full path.
+  std::filesystem::path Write(const std::filesystem::path& name, const std::string& bytes) const {
+    const std::filesystem::path file = path_ / name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << bytes;
+    return file;
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace typescout::tests
+
+#endif  // TYPESCOUT_TESTS_SUPPORT_TEMP_FOLDER_H

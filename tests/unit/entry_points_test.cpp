@@ -1,0 +1,241 @@
+// The six functions over the in-memory host: what is read, opened, rewritten and given back.
+#include "typescout/typescout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/file_context.h"
+#include "host/memory/memory_host.h"
+#include "tests/samples/sample.h"
+
+namespace typescout::tests {
+namespace {
+
+using memory_host::Call;
+using memory_host::TheMachine;
+
+const wchar_t* const PATH = L"file";
+wchar_t* const MUTABLE_PATH = const_cast<wchar_t*>(PATH);
+
+constexpr CLSID DRAWING_OBJECT = {
+    0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}};
+
+const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
+const std::string TIFF = Bytes("II*\0");
+const std::string WEBP = Bytes("RIFF\0\0\0\0WEBPV");
+
+class EntryPoints : public testing::Test {
+ protected:
+  EntryPoints() { memory_host::Reset(); }
+  ~EntryPoints() override { EXPECT_EQ(TheMachine().OpenObjects(), 0) << "something stays open"; }
+
+  static unsigned char* Buffer(std::string& bytes) {
+    return reinterpret_cast<unsigned char*>(bytes.data());
+  }
+  static int CheckIds(const wchar_t* path, std::vector<int>& ids, std::string bytes = {}) {
+    return CheckFiltersFromIDList(path, ids.data(), static_cast<int>(ids.size()),
+                                  static_cast<int>(bytes.size()),
+                                  bytes.empty() ? nullptr : Buffer(bytes), 0);
+  }
+};
+
+TEST_F(EntryPoints, AnswerNothingForNothing) {
+  EXPECT_EQ(TypeScoutFile(nullptr), 0);
+  EXPECT_EQ(TypeScoutFile(L""), 0);
+  EXPECT_EQ(TypeScoutFile(L"missing"), 0);
+  EXPECT_EQ(GetNumTypeScoutProcs(), 108);
+  EXPECT_EQ(CheckValidFilterID(0x3001), 1);
+  EXPECT_EQ(CheckValidFilterID(0x3000), 0);
+}
+
+TEST_F(EntryPoints, AskTheRowsInOrder) {
+  TheMachine().files[PATH] = TIFF;
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0306);
+  std::vector<int> ids = {0x0304, 0x0306};
+  EXPECT_EQ(CheckIds(PATH, ids), 0x0304);
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0304, 0), 1);
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0322, 0), 0);
+  EXPECT_EQ(CheckOneFilter(PATH, 0, 0), 1) << "nothing found is what was asked for";
+}
+
+TEST_F(EntryPoints, RewriteIdsIntoIndices) {
+  TheMachine().files[PATH] = WEBP;
+  std::vector<int> ids = {0x0306, 0x1234, 0x0339, 0x0700};
+  EXPECT_EQ(CheckIds(PATH, ids), 0x0339);
+  EXPECT_EQ(ids, (std::vector<int>{5, 0, 41, 0}));
+
+  ids = {0x0306, 0x0305};
+  EXPECT_EQ(CheckIds(PATH, ids), 0) << "rewritten also when nothing matches";
+  EXPECT_EQ(ids, (std::vector<int>{5, 4}));
+
+  ids = {0x0306};
+  EXPECT_EQ(CheckIds(L"missing", ids), 0) << "but not when the call ends before the scan";
+  EXPECT_EQ(ids, (std::vector<int>{0x0306}));
+}
+
+TEST_F(EntryPoints, TakeIndicesAsTheyAre) {
+  TheMachine().files[PATH] = WEBP;
+  std::vector<int> indices = {-1, 108, INT32_MAX, 5, 5, 47};
+  const std::vector<int> before = indices;
+  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, indices.data(), 6, 0, nullptr, 0), 0x0339);
+  EXPECT_EQ(indices, before);
+  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, indices.data(), 5, 0, nullptr, 0), 0);
+}
+
+TEST_F(EntryPoints, TakeAnEmptyList) {
+  TheMachine().files[PATH] = PNG;
+  TheMachine().documents[PATH] = {};
+  EXPECT_EQ(CheckFiltersFromIDList(PATH, nullptr, 0, 0, nullptr, 0), 0);
+  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, nullptr, -3, 0, nullptr, 0), 0);
+  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 2) << "the head is read all the same";
+  EXPECT_EQ(TheMachine().calls[Call::OPEN_STORAGE], 2) << "and the document opened";
+}
+
+TEST_F(EntryPoints, FallBackToTheCallersBytes) {
+  std::string png = PNG;
+  int index = 40;
+  const auto check = [&](const wchar_t* path, int length, unsigned char* bytes) {
+    return CheckFiltersFromList(const_cast<wchar_t*>(path), &index, 1, length, bytes, 0);
+  };
+  EXPECT_EQ(check(L"missing", 8, Buffer(png)), 0x0322);
+  EXPECT_EQ(check(nullptr, 8, Buffer(png)), 0x0322);
+  EXPECT_EQ(check(nullptr, 7, Buffer(png)), 0) << "bytes beyond the caller's length are not seen";
+  EXPECT_EQ(check(nullptr, 0, Buffer(png)), 0);
+  EXPECT_EQ(check(nullptr, -1, Buffer(png)), 0);
+  EXPECT_EQ(check(nullptr, 8, nullptr), 0);
+
+  TheMachine().files[PATH] = "something else";
+  EXPECT_EQ(check(PATH, 8, Buffer(png)), 0) << "the file's own bytes win";
+  TheMachine().files[PATH] = PNG;
+  EXPECT_EQ(check(PATH, -1, Buffer(png)), 0x0322) << "a length that is not needed does not matter";
+}
+
+TEST_F(EntryPoints, HeadOfTheCallersMayBeEmptyOrLong) {
+  int netpbm = 46;
+  unsigned char none = 'P';
+  EXPECT_EQ(CheckFiltersFromList(nullptr, &netpbm, 1, 0, &none, 0), 0);
+  int icon = 32;
+  std::string longHead = Patch(Fill(70'000), 2, "\1");
+  EXPECT_EQ(CheckFiltersFromList(nullptr, &icon, 1, 70'000, Buffer(longHead), 0), 0x0310);
+  // The new executable header behind the first 50,000 bytes.
+  int executable = 33;
+  longHead = Patch(Patch(Patch(Fill(70'000), 0, "MZ"), 60, Bytes("\x70\xEA")), 60'016, "PE");
+  EXPECT_EQ(CheckFiltersFromList(nullptr, &executable, 1, 70'000, Buffer(longHead), 0), 0x0312);
+}
+
+TEST_F(EntryPoints, HeadOfAFileEndsAtItsCapacity) {
+  // PE header just inside and just outside of what is read.
+  const auto executable = [](std::size_t size, std::size_t header) {
+    const auto low = static_cast<char>(header & 0xFF);
+    const auto high = static_cast<char>(header >> 8);
+    std::string bytes = Patch(Patch(Fill(size), 0, "MZ"), 60, std::string{low, high});
+    return Patch(bytes, header, "PE");
+  };
+  TheMachine().files[PATH] = executable(50'001, 49'998);
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 1);
+  TheMachine().files[PATH] = executable(50'001, 49'999);
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 0) << "the E is not read any more";
+  TheMachine().files[PATH] = executable(50'000, 49'998);
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 1);
+}
+
+TEST_F(EntryPoints, ReadTheFileOnceAndWhole) {
+  TheMachine().files[PATH] = Fill(60'000, 'x');
+  TypeScoutFile(PATH);
+  TheMachine().faults = {{.call = Call::READ_FILE, .nth = 2}};
+  std::string png = PNG;
+  int index = 40;
+  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, &index, 1, 8, Buffer(png), 0), 0);
+  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 7) << "1 and 5 text rows, then 1";
+}
+
+TEST_F(EntryPoints, GiveUpOnAShortRead) {
+  TheMachine().files[PATH] = PNG;
+  TheMachine().faults = {{.call = Call::READ_FILE, .nth = 1}};
+  EXPECT_EQ(TypeScoutFile(PATH), 0);
+  std::string tiff = TIFF;
+  int index = 5;
+  TheMachine().faults = {{.call = Call::READ_FILE, .nth = 2}};
+  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, &index, 1, 4, Buffer(tiff), 0), 0x0306)
+      << "the caller's bytes stand in";
+}
+
+TEST_F(EntryPoints, ReleaseEverythingWhenTheHostThrows) {
+  struct HostError {};
+  TheMachine().files[PATH] = PNG;
+  TheMachine().documents[PATH] = {};
+  for (const Call call : {Call::OPEN_FILE, Call::READ_FILE, Call::IS_STORAGE_FILE,
+                          Call::OPEN_STORAGE, Call::READ_CLASS, Call::LOAD_MODULE}) {
+    TheMachine().beforeCall = [call](Call now) {
+      if (now == call) throw HostError();
+    };
+    EXPECT_THROW(TypeScoutFile(PATH), HostError) << static_cast<int>(call);
+    EXPECT_EQ(TheMachine().OpenObjects(), 0) << static_cast<int>(call);
+  }
+}
+
+TEST_F(EntryPoints, CopyThePathWholeOrNotAtAll) {
+  const std::wstring longest(259, L'p');
+  TheMachine().files[longest] = PNG;
+  EXPECT_EQ(TypeScoutFile(longest.c_str()), 0x0322);
+  TheMachine().files[longest + L"p"] = PNG;
+  TheMachine().files[std::wstring(5'000, L'p')] = PNG;
+  TheMachine().openedPaths.clear();
+  EXPECT_EQ(TypeScoutFile((longest + L"p").c_str()), 0);
+  EXPECT_EQ(TypeScoutFile(std::wstring(5'000, L'p').c_str()), 0);
+  EXPECT_EQ(TheMachine().openedPaths, (std::vector<std::wstring>{L"", L""}));
+}
+
+TEST_F(EntryPoints, TellDrawingObjectsByTheirClass) {
+  TheMachine().files[PATH] = PNG;
+  TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0706);
+  EXPECT_EQ(TheMachine().storageModes, (std::vector<std::uint32_t>{0x20})) << "opened only once";
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0706, 0), 0) << "no registry row has it";
+
+  TheMachine().faults = {{.call = Call::READ_CLASS, .nth = 2}};
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0322) << "a class that cannot be read is none";
+  TheMachine().documents[PATH].classId.data4[7] = 0x88;
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0322);
+}
+
+TEST_F(EntryPoints, OpenALockedDocumentOnceMore) {
+  const std::vector<std::uint32_t> ONCE = {0x20};
+  const std::vector<std::uint32_t> TWICE = {0x20, 0x10040};
+  const struct {
+    HRESULT code;
+    std::vector<std::uint32_t> modes;
+  } CASES[] = {{STG_E_ACCESSDENIED, TWICE},
+               {STG_E_LOCKVIOLATION, TWICE},
+               {STG_E_INVALIDHEADER, ONCE},
+               {STG_E_INSUFFICIENTMEMORY, ONCE}};
+  for (const auto& c : CASES) {
+    memory_host::Reset();
+    TheMachine().files[PATH] = PNG;
+    TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
+    TheMachine().faults = {{.call = Call::OPEN_STORAGE, .nth = 1, .code = c.code}};
+    EXPECT_EQ(CheckOneFilter(PATH, 0x0322, 0), 1);
+    EXPECT_EQ(TheMachine().storageModes, c.modes) << std::hex << c.code;
+  }
+  // The look at the class is not worth a second try: the scan that follows opens it again.
+  memory_host::Reset();
+  TheMachine().files[PATH] = PNG;
+  TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
+  TheMachine().faults = {{.call = Call::OPEN_STORAGE, .nth = 1}};
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0322);
+  EXPECT_EQ(TheMachine().storageModes, (std::vector<std::uint32_t>{0x20, 0x20}));
+}
+
+TEST_F(EntryPoints, CloseTheHandleWithTheContext) {
+  TheMachine().openHandles = 1;
+  {
+    FileContext context;
+    context.handle = &context;
+  }
+  EXPECT_EQ(TheMachine().openHandles, 0);
+}
+
+}  // namespace
+}  // namespace typescout::tests
