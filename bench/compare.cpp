@@ -1,0 +1,100 @@
+// compare LIST: over the files named in LIST (one a line), what a file costs in microseconds:
+//   floor      open, fstat, read of up to 50,000 bytes, close
+//   typescout  TypeScoutFile
+//   libmagic   magic_file, its database loaded once
+// The three take turns over the whole list, several rounds; each file's fastest round counts, so
+// that what else the machine is doing does not. Prints one line of JSON.
+#include <fcntl.h>
+#include <magic.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "typescout/typescout.h"
+
+namespace {
+
+constexpr int ROUNDS = 5;
+constexpr std::size_t HEAD = 50'000;
+
+struct File {
+  std::string path;
+  std::wstring wide;
+};
+
+void ReadHead(const File& file, char* buffer) {
+  const int descriptor = open(file.path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return;
+  struct stat status;
+  if (fstat(descriptor, &status) == 0 && read(descriptor, buffer, HEAD) < 0) buffer[0] = 0;
+  close(descriptor);
+}
+
+// Runs `look` over all files and keeps each file's fastest time in nanoseconds.
+template <typename Look>
+void Round(const std::vector<File>& files, std::vector<double>* fastest, Look look) {
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const auto start = std::chrono::steady_clock::now();
+    look(files[i]);
+    const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - start;
+    (*fastest)[i] = std::min((*fastest)[i], took.count());
+  }
+}
+
+void Print(const char* name, std::vector<double> times, const char* end) {
+  double sum = 0;
+  for (const double time : times) sum += time;
+  std::sort(times.begin(), times.end());
+  const auto at = [&times](double part) {
+    return times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
+  };
+  std::printf(
+      "\"%s\": {\"mean\": %.3f, \"median\": %.3f, \"p99\": %.3f, \"max\": %.3f, \"deciles\": [",
+      name, sum / static_cast<double>(times.size()), at(0.5), at(0.99), at(1));
+  for (int i = 0; i <= 100; ++i) std::printf("%s%.3f", i == 0 ? "" : ", ", at(i / 100.0));
+  std::printf("]}%s", end);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: compare LIST\n");
+    return 64;
+  }
+  std::vector<File> files;
+  std::ifstream list(argv[1]);
+  for (std::string line; std::getline(list, line);) {
+    const bool isAscii = std::all_of(line.begin(), line.end(), [](char c) { return c > 0; });
+    if (isAscii) files.push_back({line, std::wstring(line.begin(), line.end())});
+  }
+  const std::unique_ptr<magic_set, decltype(&magic_close)> magic(magic_open(MAGIC_MIME_TYPE),
+                                                                 magic_close);
+  if (files.empty() || magic == nullptr || magic_load(magic.get(), nullptr) != 0) {
+    std::fprintf(stderr, "compare: no files, or no database of libmagic\n");
+    return 1;
+  }
+  const std::vector<double> never(files.size(), 1e12);
+  std::vector<double> floor = never;
+  std::vector<double> scout = never;
+  std::vector<double> other = never;
+  std::vector<char> buffer(HEAD);
+  for (int round = 0; round < ROUNDS; ++round) {
+    Round(files, &floor, [&buffer](const File& file) { ReadHead(file, buffer.data()); });
+    Round(files, &scout, [](const File& file) { TypeScoutFile(file.wide.c_str()); });
+    Round(files, &other,
+          [&magic](const File& file) { magic_file(magic.get(), file.path.c_str()); });
+  }
+  std::printf("{\"files\": %zu, ", files.size());
+  Print("floor", floor, ", ");
+  Print("typescout", scout, ", ");
+  Print("libmagic", other, "}\n");
+  return 0;
+}

@@ -1,0 +1,124 @@
+// What a question costs: each detector on typical and on worst heads, and the scans as a whole.
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/file_context.h"
+#include "core/registry.h"
+#include "tests/samples/sample.h"
+#include "typescout/typescout.h"
+
+namespace {
+
+using typescout::DetectorEntry;
+using typescout::DetectorRegistry;
+using typescout::HEAD_CAPACITY;
+
+struct NamedHead {
+  std::string name;
+  std::string bytes;
+};
+
+std::string RandomBytes() {
+  std::mt19937 random(1);
+  std::string bytes(HEAD_CAPACITY, '\0');
+  for (char& c : bytes) c = static_cast<char>(random());
+  return bytes;
+}
+
+// `unit` over and over, behind `start`.
+std::string Repeated(std::string start, const std::string& unit) {
+  while (start.size() + unit.size() <= HEAD_CAPACITY) start += unit;
+  return start;
+}
+
+// Heads that make a careless search or walk slow.
+std::vector<NamedHead> WorstHeads() {
+  return {
+      {"zeros", Repeated("", std::string(1, '\0'))},
+      {"spaces", Repeated("", " ")},
+      {"line ends", Repeated("", "\r\n")},
+      {"endless line", Repeated("", "x")},
+      {"0xFF", Repeated("", "\xFF")},
+      {"random", RandomBytes()},
+      {"PostScript, percent signs", Repeated("%!PS-Adobe EPSF\n", "%")},
+      {"PostScript, short lines", Repeated("%!PS-Adobe\n%%BoundingBox: 0\nA&L\n", "%%E\n")},
+      {"PostScript, false marks",
+       Repeated("%!PS EPSF\n%%BoundingBox:\nA&L\n", "%%EndSetu%%Creator")},
+      {"guillemets", Repeated("abc",
+                              "\xAE"
+                              "TS,,,,,,")},
+      {"JPEG markers", Repeated("", "\xFF\xD8")},
+      {"GIF comments",
+       Repeated(std::string("GIF89a\0\0\0\0\0\0\0", 13), std::string("!\xFE\0", 3))},
+  };
+}
+
+void AskRow(benchmark::State& state, const DetectorEntry& row, const std::string& head) {
+  typescout::FileContext file;
+  const typescout::ProbeContext probe = {
+      .head = reinterpret_cast<const unsigned char*>(head.data()),
+      .headLength = static_cast<std::int32_t>(head.size()),
+      .path = nullptr,
+      .classId = {},
+      .storage = nullptr,
+      .file = &file};
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(row.detect(&probe));
+}
+
+void ScanMemory(benchmark::State& state, std::string head) {
+  std::array<int, typescout::REGISTRY_SIZE> rows;
+  for (int i = 0; i < typescout::REGISTRY_SIZE; ++i) rows[static_cast<std::size_t>(i)] = i;
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(CheckFiltersFromList(
+        nullptr, rows.data(), typescout::REGISTRY_SIZE, static_cast<int>(head.size()),
+        reinterpret_cast<unsigned char*>(head.data()), 0));
+  }
+}
+
+void ScanFile(benchmark::State& state, const std::string& bytes) {
+  const std::filesystem::path path = std::filesystem::temp_directory_path() / "typescout-bench";
+  std::ofstream(path, std::ios::binary) << bytes;
+  const std::wstring wide = path.wstring();
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(TypeScoutFile(wide.c_str()));
+  std::filesystem::remove(path);
+}
+
+std::string RowName(const DetectorEntry& row) {
+  std::array<char, 16> name;
+  std::snprintf(name.data(), name.size(), "0x%04X", static_cast<unsigned>(row.filterId));
+  return name.data();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<NamedHead> worst = WorstHeads();
+  for (const DetectorEntry& row : DetectorRegistry) {
+    if (row.detect == typescout::DetectNever) continue;
+    for (const typescout::tests::Sample& sample : typescout::tests::AllSamples()) {
+      if (sample.detector != row.detect || sample.verdict != typescout::tests::YES) continue;
+      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/typical").c_str(), AskRow, row,
+                                   sample.bytes);
+      break;
+    }
+    for (const NamedHead& head : worst) {
+      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/" + head.name).c_str(), AskRow, row,
+                                   head.bytes);
+    }
+  }
+  for (const NamedHead& head : worst) {
+    benchmark::RegisterBenchmark(("scan of memory/" + head.name).c_str(), ScanMemory, head.bytes);
+  }
+  for (const NamedHead& head : worst) {
+    benchmark::RegisterBenchmark(("scan of a file/" + head.name).c_str(), ScanFile, head.bytes);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
