@@ -10,6 +10,7 @@
 #include "host/graphics.h"
 #include "host/handle.h"
 #include "host/library.h"
+#include "host/memory/failing_allocation.h"
 #include "host/strings.h"
 
 namespace memory_host {
@@ -17,6 +18,7 @@ namespace {
 
 // Notes the call; the fault that a test has laid on this very one, or none.
 std::optional<Fault> Note(Call call) {
+  const Uncounted own;
   Machine& machine = TheMachine();
   if (machine.beforeCall) machine.beforeCall(call);
   const int count = ++machine.calls[call];
@@ -65,6 +67,7 @@ class File final : public TvnUtils::CFile {
   std::uint64_t GetPosition() override { return position_; }
   bool SetLength(std::uint64_t /*length*/) override { return false; }
   std::int32_t Open(const wchar_t* path, std::int32_t /*mode*/) override {
+    const Uncounted own;
     if (path != nullptr) TheMachine().openedPaths.emplace_back(path);
     if (Note(Call::OPEN_FILE) || path == nullptr || !TheMachine().files.contains(path)) return 0;
     path_ = path;
@@ -129,6 +132,7 @@ class Storage final : public IStorage {
   HRESULT CreateStream() override { return E_NOTIMPL; }
   HRESULT OpenStream(const wchar_t* name, void* /*reserved1*/, std::uint32_t /*mode*/,
                      std::uint32_t /*reserved2*/, IStream** stream) override {
+    const Uncounted own;
     *stream = nullptr;
     if (const auto fault = Note(Call::OPEN_STREAM)) return fault->code;
     for (const auto& [itsName, content] : document_.streams) {
@@ -162,6 +166,7 @@ void Reset() { TheMachine() = Machine(); }
 using memory_host::Call;
 using memory_host::Note;
 using memory_host::TheMachine;
+using memory_host::Uncounted;
 
 TvnUtils::CFile* TvnUtils::CFile::CreateObject() { return new (std::nothrow) memory_host::File; }
 
@@ -173,6 +178,7 @@ int CloseHandle(void* /*handle*/) {
 }
 
 HRESULT StgIsStorageFile(const wchar_t* path) {
+  const Uncounted own;
   if (const auto fault = Note(Call::IS_STORAGE_FILE)) return fault->code;
   if (TheMachine().documents.contains(path)) return S_OK;
   return TheMachine().files.contains(path) ? S_FALSE : STG_E_FILENOTFOUND;
@@ -180,6 +186,7 @@ HRESULT StgIsStorageFile(const wchar_t* path) {
 
 HRESULT StgOpenStorage(const wchar_t* path, IStorage* /*priority*/, std::uint32_t mode,
                        wchar_t** /*exclusions*/, std::uint32_t /*reserved*/, IStorage** storage) {
+  const Uncounted own;
   *storage = nullptr;
   TheMachine().storageModes.push_back(mode);
   if (const auto fault = Note(Call::OPEN_STORAGE)) return fault->code;
@@ -198,6 +205,7 @@ HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
 }  // extern "C"
 
 bool BUDI_IsBUDI(TvnUtils::Stream stream) {
+  const Uncounted own;
   if (!TheMachine().isBudi) return false;
   std::string bytes(static_cast<std::size_t>(stream.GetLength()), '\0');
   stream.Read(bytes.data(), bytes.size());
@@ -213,8 +221,10 @@ struct TvnUtils::TvnLibrary::Module {
   const memory_host::Module* loaded = nullptr;
 };
 
-TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
-    : module_(new Module{.name = std::wstring(name.View()), .loaded = nullptr}) {}
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name) : module_(nullptr) {
+  const Uncounted own;
+  module_ = new Module{.name = std::wstring(name.View()), .loaded = nullptr};
+}
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
   Unload();
@@ -222,6 +232,7 @@ TvnUtils::TvnLibrary::~TvnLibrary() {
 }
 
 bool TvnUtils::TvnLibrary::Load() {
+  const Uncounted own;
   if (Note(Call::LOAD_MODULE)) return false;
   const auto found = TheMachine().modules.find(module_->name);
   if (found == TheMachine().modules.end()) return false;
@@ -233,6 +244,7 @@ bool TvnUtils::TvnLibrary::Load() {
 bool TvnUtils::TvnLibrary::IsLoaded() const { return module_->loaded != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
+  const Uncounted own;
   if (Note(Call::FIND_SYMBOL) || !IsLoaded()) return nullptr;
   const auto found = module_->loaded->find(name);
   return found == module_->loaded->end() ? nullptr : found->second;

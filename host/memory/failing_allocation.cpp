@@ -1,0 +1,53 @@
+#include "host/memory/failing_allocation.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace memory_host {
+namespace {
+
+thread_local int remaining = 0;  // until the one that fails; 0: none will
+thread_local bool hasFailed = false;
+thread_local int uncounted = 0;
+
+void* Allocate(std::size_t size) noexcept {
+  if (uncounted == 0 && remaining > 0 && --remaining == 0) {
+    hasFailed = true;
+    return nullptr;
+  }
+  return std::malloc(size == 0 ? 1 : size);
+}
+
+void* AllocateOrThrow(std::size_t size) {
+  void* block = Allocate(size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+}  // namespace
+
+FailingAllocation::FailingAllocation(int nth) {
+  remaining = nth;
+  hasFailed = false;
+}
+FailingAllocation::~FailingAllocation() { remaining = 0; }
+bool FailingAllocation::HasFailed() const { return hasFailed; }
+
+Uncounted::Uncounted() { ++uncounted; }
+Uncounted::~Uncounted() { --uncounted; }
+
+}  // namespace memory_host
+
+void* operator new(std::size_t size) { return memory_host::AllocateOrThrow(size); }
+void* operator new[](std::size_t size) { return memory_host::AllocateOrThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return memory_host::Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return memory_host::Allocate(size);
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t /*size*/) noexcept { std::free(block); }

@@ -1,0 +1,30 @@
+// Memory that runs out on demand: replaces the program's operator new.
+#ifndef TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
+#define TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
+
+namespace memory_host {
+
+// While it lives, the `nth` allocation (from 1) fails, once. One at a time, on one thread.
+class FailingAllocation {
+ public:
+  explicit FailingAllocation(int nth);
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
+  ~FailingAllocation();
+
+  // Whether there were that many.
+  bool HasFailed() const;
+};
+
+// While one lives, allocations are not counted: the in-memory machine's own are not the library's.
+class Uncounted {
+ public:
+  Uncounted();
+  Uncounted(const Uncounted&) = delete;
+  Uncounted& operator=(const Uncounted&) = delete;
+  ~Uncounted();
+};
+
+}  // namespace memory_host
+
+#endif  // TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H

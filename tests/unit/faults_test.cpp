@@ -1,0 +1,101 @@
+// Whatever fails, at whatever moment: the answer is the right one, a clean no, or the one
+// exception, and nothing stays open.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <string>
+
+#include "core/registry.h"
+#include "host/memory/failing_allocation.h"
+#include "host/memory/memory_host.h"
+#include "tests/samples/sample.h"
+#include "tests/support/ask.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+using memory_host::Call;
+using memory_host::TheMachine;
+
+int IndexOf(Detector detector) {
+  for (int i = 0; i < REGISTRY_SIZE; ++i) {
+    if (DetectorRegistry[static_cast<std::size_t>(i)].detect == detector) return i;
+  }
+  return 0;
+}
+
+// Asks twice: the sample's own row, and the whole registry. Nothing when the exception came.
+std::optional<int> AskModule(const Sample& sample, bool wholeRegistry) {
+  int index = IndexOf(sample.detector);
+  std::wstring path = sample.path;
+  try {
+    return wholeRegistry
+               ? TypeScoutFile(path.c_str())
+               : CheckFiltersFromList(path.data(), &index, 1, 0, nullptr, sample.requested);
+  } catch (int value) {
+    EXPECT_EQ(value, 0);
+    return std::nullopt;
+  }
+}
+
+// Runs the question with the first, second, ... moment failing until there are no more moments.
+// `fail` lays the fault and asks; it says whether the fault was met.
+void FailAtEveryMoment(const std::string& what, const std::function<bool(int nth)>& fail) {
+  constexpr int ENOUGH = 1'000;
+  for (int nth = 1; fail(nth); ++nth) {
+    ASSERT_EQ(TheMachine().OpenObjects(), 0) << what << ", moment " << nth;
+    ASSERT_LT(nth, ENOUGH) << what;
+  }
+}
+
+class Faults : public testing::TestWithParam<bool> {};
+
+TEST_P(Faults, OfTheHostLeaveNothingOpen) {
+  const Call CALLS[] = {Call::OPEN_FILE,    Call::READ_FILE,   Call::SEEK_FILE,
+                        Call::OPEN_STORAGE, Call::READ_CLASS,  Call::IS_STORAGE_FILE,
+                        Call::OPEN_STREAM,  Call::READ_STREAM, Call::LOAD_MODULE};
+  for (const Sample& sample : AllSamples()) {
+    LayOut(sample);
+    const std::optional<int> whole = AskModule(sample, GetParam());
+    for (const Call call : CALLS) {
+      FailAtEveryMoment(sample.name, [&](int nth) {
+        LayOut(sample);
+        TheMachine().faults = {{.call = call, .nth = nth, .code = STG_E_LOCKVIOLATION}};
+        const std::optional<int> answer = AskModule(sample, GetParam());
+        if (!GetParam() && answer) {
+          EXPECT_TRUE(*answer == 0 || answer == whole) << sample.name;
+        }
+        return TheMachine().calls[call] >= nth;
+      });
+    }
+  }
+}
+
+TEST_P(Faults, OfMemoryLeaveNothingOpen) {
+  for (const Sample& sample : AllSamples()) {
+    FailAtEveryMoment(sample.name, [&](int nth) {
+      LayOut(sample);
+      const std::wstring path = sample.path;
+      const memory_host::FailingAllocation failing(nth);
+      if (GetParam()) {
+        TypeScoutFile(path.c_str());
+      } else {
+        CheckOneFilter(
+            path.c_str(),
+            DetectorRegistry[static_cast<std::size_t>(IndexOf(sample.detector))].filterId,
+            sample.requested);
+      }
+      return failing.HasFailed();
+    });
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scan, Faults, testing::Bool(), [](const auto& scan) {
+  return scan.param ? std::string("WholeRegistry") : std::string("OneRow");
+});
+
+}  // namespace
+}  // namespace typescout::tests
