@@ -3,7 +3,6 @@
 #include "detectors/media/media.h"
 #include "detectors/native/native.h"
 #include "detectors/postscript/postscript.h"
-#include "detectors/raster/raster.h"
 #include "detectors/vector/vector.h"
 
 namespace typescout {
@@ -12,32 +11,6 @@ namespace typescout {
 #define PENDING(detector) \
   std::int32_t detector(const ProbeContext*) { return 0; }
 
-// raster
-PENDING(DetectWindowsBitmap)
-PENDING(DetectGif)
-PENDING(DetectJpeg)
-PENDING(DetectOs2Bitmap)
-PENDING(DetectJpeg2000)
-PENDING(DetectTarga)
-PENDING(DetectPcx)
-PENDING(DetectScitexCt)
-PENDING(DetectTiff)
-PENDING(DetectCursorResource)
-PENDING(DetectIconResource)
-PENDING(DetectExecutableResource)
-PENDING(DetectPhotoshop)
-PENDING(DetectCameraRaw)
-PENDING(DetectMacPaint)
-PENDING(DetectFilter0320)
-PENDING(DetectPaintEps)
-PENDING(DetectPng)
-PENDING(DetectWebP)
-PENDING(DetectFilter0327)
-PENDING(DetectXpm)
-PENDING(DetectGimpXcf)
-PENDING(DetectPortableAnymap)
-PENDING(DetectAnimatedGif)
-PENDING(DetectGemImage)
 // postscript
 PENDING(DetectEps)
 PENDING(DetectPostScript)

@@ -1,0 +1,134 @@
+// GIF, with one picture or several. CompuServe GIF89a, sections 17 to 27.
+//
+// How many pictures a file holds can only be told by walking its blocks to the second one or to the
+// end; where they run past the head, the walk goes on in the file itself.
+#include <memory>
+#include <new>
+
+#include "detectors/raster/raster.h"
+#include "host/owners.h"
+
+namespace typescout {
+namespace {
+
+using Position = ByteView::Position;
+
+constexpr std::uint8_t EXTENSION = 0x21;
+constexpr std::uint8_t IMAGE_DESCRIPTOR = 0x2C;
+
+constexpr std::uint8_t PLAIN_TEXT = 0x01;
+constexpr std::uint8_t GRAPHIC_CONTROL = 0xF9;
+constexpr std::uint8_t COMMENT = 0xFE;
+constexpr std::uint8_t APPLICATION = 0xFF;
+
+// The file as one sequence of bytes: the head, then, read when first needed, the rest. Positions
+// are asked for in ascending order. What does not exist reads as 0.
+class FileBytes {
+ public:
+  explicit FileBytes(const ProbeContext* probe) : head_(Head(probe)), path_(probe->path) {}
+
+  // Throws the int 0 when the rest of the file does not come as long as it should be.
+  std::uint8_t At(Position at) {
+    if (at < head_.size()) return head_.U8(at);
+    if (!hasLooked_) {
+      hasLooked_ = true;
+      ReadRest(at);
+    }
+    return restView_.U8(at - restStart_);
+  }
+
+ private:
+  void ReadRest(Position from) {
+    FileOwner file;
+    if (!file.Open(path_)) return;
+    const std::uint64_t length = file->GetLength();
+    const auto start = static_cast<std::uint64_t>(from);
+    if (start >= length) return;
+    constexpr std::uint64_t LONGEST_READ = 0xFFFF'FFFF;
+    const std::uint64_t wanted = length - start;
+    if (wanted <= LONGEST_READ) {
+      rest_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(wanted)]);
+    }
+    if (rest_ == nullptr) return;  // more than can be held: the zeros end the walk
+    const auto count = static_cast<std::uint32_t>(wanted);
+    if (!file.SeekTo(start) || file->Read(rest_.get(), count) != count) throw int{0};
+    restView_ = ByteView(rest_.get(), static_cast<Position>(count));
+    restStart_ = from;
+  }
+
+  ByteView head_;
+  const wchar_t* path_;
+  bool hasLooked_ = false;
+  std::unique_ptr<unsigned char[]> rest_;
+  ByteView restView_;
+  Position restStart_ = 0;
+};
+
+// The size of the colour table that a flags byte announces.
+Position ColourTableSize(std::uint8_t flags) {
+  return (flags & 0x80) != 0 ? Position{3} << ((flags & 7) + 1) : 0;
+}
+
+// From the first size byte of a chain of sub-blocks to what follows its terminator.
+Position SkipChain(FileBytes& bytes, Position at) {
+  while (const std::uint8_t size = bytes.At(at)) at += 1 + size;
+  return at + 1;
+}
+
+// From an extension's introducer to what follows it; 0 for an extension that does not exist.
+Position SkipExtension(FileBytes& bytes, Position at) {
+  switch (bytes.At(at + 1)) {
+    case GRAPHIC_CONTROL:
+      return at + 8;
+    case COMMENT:
+      return SkipChain(bytes, at + 2);
+    case PLAIN_TEXT:
+    case APPLICATION:
+      return SkipChain(bytes, at + 3 + bytes.At(at + 2));
+    default:
+      return 0;
+  }
+}
+
+// The number of pictures, counted up to 2. Whatever is no block ends the walk with the count so
+// far.
+int CountGifImages(const ProbeContext* probe) {
+  constexpr Position SCREEN_FLAGS = 10;
+  constexpr Position FIRST_BLOCK = 13;
+  constexpr Position DESCRIPTOR_FLAGS = 9;
+  constexpr Position DESCRIPTOR_SIZE = 10;
+  constexpr Position MINIMUM_CODE_SIZE = 1;
+
+  FileBytes bytes(probe);
+  int count = 0;
+  Position at = FIRST_BLOCK + ColourTableSize(bytes.At(SCREEN_FLAGS));
+  while (at != 0) {
+    const std::uint8_t introducer = bytes.At(at);
+    if (introducer == IMAGE_DESCRIPTOR) {
+      if (++count == 2) break;
+      const Position table = ColourTableSize(bytes.At(at + DESCRIPTOR_FLAGS));
+      at = SkipChain(bytes, at + DESCRIPTOR_SIZE + table + MINIMUM_CODE_SIZE);
+    } else if (introducer == EXTENSION) {
+      at = SkipExtension(bytes, at);
+    } else {
+      break;
+    }
+  }
+  return count;
+}
+
+bool HasGifSignature(const ByteView& head) {
+  return head.size() >= 8 && (head.Matches(0, "GIF87a") || head.Matches(0, "GIF89a"));
+}
+
+}  // namespace
+
+std::int32_t DetectGif(const ProbeContext* probe) {
+  return HasGifSignature(Head(probe)) && CountGifImages(probe) == 1;
+}
+
+std::int32_t DetectAnimatedGif(const ProbeContext* probe) {
+  return HasGifSignature(Head(probe)) && CountGifImages(probe) == 2;
+}
+
+}  // namespace typescout

@@ -1,0 +1,84 @@
+// JPEG (ITU-T T.81, annex B) and TIFF (Adobe TIFF 6.0, section 2), which share the TIFF header: the
+// JPEG filter reads TIFF files too.
+#include "detectors/raster/raster.h"
+
+namespace typescout {
+namespace {
+
+bool IsTiffHeader(const ByteView& head) {
+  return head.Matches(0, "II*\0") || head.Matches(0, "MM\0*");
+}
+
+// The suite's charting program marks its files right behind the TIFF header.
+bool IsCharting(const ByteView& head) { return head.Matches(8, "TavonGRAPH"); }
+
+// The marker codes that the walk knows: 0xFF is followed by one of these.
+enum Marker : std::uint8_t {
+  TEM = 0x01,
+  SOF0 = 0xC0,  // baseline frame
+  SOF2 = 0xC2,  // progressive frame
+  DHT = 0xC4,
+  DAC = 0xCC,
+  RST0 = 0xD0,
+  RST7 = 0xD7,
+  SOI = 0xD8,
+  EOI = 0xD9,
+  SOS = 0xDA,
+  DQT = 0xDB,
+  DNL = 0xDC,
+  DRI = 0xDD,
+  DHP = 0xDE,
+  EXP = 0xDF,
+  APP0 = 0xE0,
+  APP14 = 0xEE,
+  COM = 0xFE,
+};
+
+// How far it is from the marker at `at` to the next; 0 for a marker that ends the walk. Segments of
+// a fixed size are passed over by it, whatever their length field says.
+std::int32_t DistanceToNext(const ByteView& head, std::int32_t at) {
+  const std::uint8_t code = head.U8(at + 1);
+  if (code == TEM || (code >= RST0 && code <= EOI)) return 2;
+  if (code == EXP) return 5;
+  if (code == DNL || code == DRI) return 6;
+  if (code == DHT || code == DAC || code == SOS || code == DQT || code == DHP ||
+      (code >= APP0 && code <= APP14) || code == COM) {
+    return 2 + head.U16Be(at + 2);
+  }
+  return 0;
+}
+
+// Walks the markers up to the frame header, which decides.
+bool IsJpegStream(const ByteView& head) {
+  bool hasStarted = false;
+  std::int32_t at = 0;
+  do {
+    if (head.U8(at) != 0xFF) return false;
+    const std::uint8_t code = head.U8(at + 1);
+    if (code == SOF0) {
+      const std::uint8_t components = head.U8(at + 9);
+      return hasStarted && (components == 1 || components == 3 || components == 4);
+    }
+    if (code == SOF2) return true;
+    if (code == SOI) hasStarted = true;
+    if (code == EOI) hasStarted = false;
+    const std::int32_t distance = DistanceToNext(head, at);
+    if (distance == 0) return false;
+    at += distance;
+  } while (at < head.size());
+  return false;
+}
+
+}  // namespace
+
+std::int32_t DetectJpeg(const ProbeContext* probe) {
+  const ByteView head = Head(probe);
+  return IsTiffHeader(head) ? !IsCharting(head) : IsJpegStream(head);
+}
+
+std::int32_t DetectTiff(const ProbeContext* probe) {
+  const ByteView head = Head(probe);
+  return IsTiffHeader(head) && !IsCharting(head) && !head.Matches(8, "3DF.");
+}
+
+}  // namespace typescout
