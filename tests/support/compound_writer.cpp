@@ -1,0 +1,188 @@
+#include "tests/support/compound_writer.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cwctype>
+#include <vector>
+
+namespace typescout::tests {
+namespace {
+
+constexpr std::uint32_t DIFAT_SECTOR = 0xFFFFFFFC;
+constexpr std::uint32_t FAT_SECTOR = 0xFFFFFFFD;
+constexpr std::uint32_t END_OF_CHAIN = 0xFFFFFFFE;
+constexpr std::uint32_t FREE = 0xFFFFFFFF;
+constexpr std::size_t MINI_SECTOR = 64;
+constexpr std::size_t CUTOFF = 4096;
+
+// Little-endian numbers written over `bytes`.
+void Put(std::string& bytes, std::size_t at, std::uint64_t value, std::size_t size) {
+  for (std::size_t i = 0; i < size; ++i) bytes[at + i] = static_cast<char>(value >> (8 * i));
+}
+
+std::string Numbers(const std::vector<std::uint32_t>& numbers) {
+  std::string bytes(4 * numbers.size(), '\0');
+  for (std::size_t i = 0; i < numbers.size(); ++i) Put(bytes, 4 * i, numbers[i], 4);
+  return bytes;
+}
+
+std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit; }
+
+// Appends a chain of `count` places to an allocation table; where it begins.
+std::uint32_t AddChain(std::vector<std::uint32_t>& table, std::size_t count) {
+  const auto first = static_cast<std::uint32_t>(table.size());
+  for (std::size_t i = 1; i <= count; ++i) {
+    table.push_back(i == count ? END_OF_CHAIN : first + static_cast<std::uint32_t>(i));
+  }
+  return count == 0 ? END_OF_CHAIN : first;
+}
+
+class Writer {
+ public:
+  explicit Writer(const CompoundOptions& options)
+      : options_(options), sectorSize_(options.version == 3 ? 512 : 4096) {}
+
+  std::string Write(const std::map<std::wstring, std::string>& streams) {
+    fat_.assign(options_.freeSectors, FREE);
+    body_.assign(options_.freeSectors * sectorSize_, '\0');
+    std::vector<std::uint32_t> miniFat;
+    std::string miniStream;
+    std::vector<std::string> entries = {Entry(L"Root Entry", 5, 0, 0)};
+    for (const auto& [name, content] : streams) {
+      std::uint32_t first = 0;
+      if (content.size() >= CUTOFF) {
+        first = AddSectors(content);
+      } else {
+        const std::size_t count = RoundUp(content.size(), MINI_SECTOR);
+        first = AddChain(miniFat, count);
+        miniStream += content + std::string(count * MINI_SECTOR - content.size(), '\0');
+      }
+      entries.push_back(Entry(name, 2, first, content.size()));
+    }
+    LinkTree(streams, entries);
+    const std::uint32_t miniStreamAt = AddSectors(miniStream);
+    Put(entries[0], 116, miniStreamAt, 4);
+    Put(entries[0], 120, miniStream.size(), 8);
+    const std::size_t miniFatSectors = RoundUp(4 * miniFat.size(), sectorSize_);
+    miniFat.resize(miniFatSectors * sectorSize_ / 4, FREE);
+    const std::uint32_t miniFatAt = AddSectors(Numbers(miniFat));
+    std::string directory;
+    for (const std::string& entry : entries) directory += entry;
+    const std::uint32_t directoryAt = AddSectors(directory);
+    AddFat();
+
+    std::string header(sectorSize_, '\0');
+    header.replace(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
+    Put(header, 24, 0x3E, 2);
+    Put(header, 26, static_cast<std::uint64_t>(options_.version), 2);
+    Put(header, 28, 0xFFFE, 2);
+    Put(header, 30, options_.version == 3 ? 9 : 12, 2);
+    Put(header, 32, 6, 2);
+    Put(header, 40, options_.version == 3 ? 0 : RoundUp(directory.size(), sectorSize_), 4);
+    Put(header, 44, fatSectors_.size(), 4);
+    Put(header, 48, directoryAt, 4);
+    Put(header, 56, CUTOFF, 4);
+    Put(header, 60, miniFatAt, 4);
+    Put(header, 64, miniFatSectors, 4);
+    Put(header, 68, difatAt_, 4);
+    Put(header, 72, difatCount_, 4);
+    for (std::size_t i = 0; i < 109; ++i) {
+      Put(header, 76 + 4 * i, i < fatSectors_.size() ? fatSectors_[i] : FREE, 4);
+    }
+    return header + body_;
+  }
+
+ private:
+  std::string Entry(const std::wstring& name, int type, std::uint32_t first,
+                    std::size_t size) const {
+    std::string entry(128, '\0');
+    for (std::size_t i = 0; i < name.size(); ++i) {
+      Put(entry, 2 * i, static_cast<std::uint32_t>(name[i]), 2);
+    }
+    Put(entry, 64, 2 * name.size() + 2, 2);
+    entry[66] = static_cast<char>(type);
+    entry[67] = 1;
+    for (const std::size_t link : {68U, 72U, 76U}) Put(entry, link, FREE, 4);
+    if (type == 5) entry.replace(80, 16, reinterpret_cast<const char*>(&options_.classId), 16);
+    Put(entry, 116, first, 4);
+    Put(entry, 120, size, 8);
+    return entry;
+  }
+
+  // Orders the entries by length and upper-case name, as a balanced tree below the root.
+  static void LinkTree(const std::map<std::wstring, std::string>& streams,
+                       std::vector<std::string>& entries) {
+    std::vector<std::pair<std::wstring, std::size_t>> order;
+    for (const auto& [name, content] : streams) {
+      std::wstring upper = name;
+      for (wchar_t& c : upper) c = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
+      order.emplace_back(std::wstring(1, static_cast<wchar_t>(name.size())) + upper,
+                         order.size() + 1);
+    }
+    std::sort(order.begin(), order.end());
+    Put(entries[0], 76, LinkRange(order, 0, order.size(), entries), 4);
+  }
+
+  static std::uint32_t LinkRange(const std::vector<std::pair<std::wstring, std::size_t>>& order,
+                                 std::size_t first, std::size_t last,
+                                 std::vector<std::string>& entries) {
+    if (first == last) return FREE;
+    const std::size_t middle = (first + last) / 2;
+    const std::size_t number = order[middle].second;
+    Put(entries[number], 68, LinkRange(order, first, middle, entries), 4);
+    Put(entries[number], 72, LinkRange(order, middle + 1, last, entries), 4);
+    return static_cast<std::uint32_t>(number);
+  }
+
+  std::uint32_t AddSectors(const std::string& content) {
+    const std::size_t count = RoundUp(content.size(), sectorSize_);
+    body_ += content + std::string(count * sectorSize_ - content.size(), '\0');
+    return AddChain(fat_, count);
+  }
+
+  // The allocation table describes itself and the sectors that name those of it that the header has
+  // no room for.
+  void AddFat() {
+    const std::size_t perSector = sectorSize_ / 4;
+    std::size_t fatCount = 0;
+    for (std::size_t needed = 1; needed != fatCount;) {
+      fatCount = needed;
+      difatCount_ = fatCount > 109 ? RoundUp(fatCount - 109, perSector - 1) : 0;
+      needed = RoundUp(fat_.size() + fatCount + difatCount_, perSector);
+    }
+    for (std::size_t i = 0; i < fatCount; ++i) {
+      fatSectors_.push_back(static_cast<std::uint32_t>(fat_.size()));
+      fat_.push_back(FAT_SECTOR);
+    }
+    if (difatCount_ > 0) difatAt_ = static_cast<std::uint32_t>(fat_.size());
+    fat_.insert(fat_.end(), difatCount_, DIFAT_SECTOR);
+    fat_.resize(fatCount * perSector, FREE);
+    body_ += Numbers(fat_);
+    for (std::size_t i = 0; i < difatCount_; ++i) {
+      std::vector<std::uint32_t> sector;
+      for (std::size_t k = 109 + i * (perSector - 1); sector.size() + 1 < perSector; ++k) {
+        sector.push_back(k < fatSectors_.size() ? fatSectors_[k] : FREE);
+      }
+      sector.push_back(i + 1 < difatCount_ ? difatAt_ + static_cast<std::uint32_t>(i) + 1
+                                           : END_OF_CHAIN);
+      body_ += Numbers(sector);
+    }
+  }
+
+  CompoundOptions options_;
+  std::size_t sectorSize_;
+  std::string body_;
+  std::vector<std::uint32_t> fat_;
+  std::vector<std::uint32_t> fatSectors_;
+  std::uint32_t difatAt_ = END_OF_CHAIN;
+  std::size_t difatCount_ = 0;
+};
+
+}  // namespace
+
+std::string WriteCompound(const std::map<std::wstring, std::string>& streams,
+                          const CompoundOptions& options) {
+  return Writer(options).Write(streams);
+}
+
+}  // namespace typescout::tests
