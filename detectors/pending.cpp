@@ -42,7 +42,6 @@ PENDING(DetectEps)
 PENDING(DetectPostScript)
 PENDING(DetectIllustratorPdf)
 PENDING(DetectIllustrator)
-PENDING(DetectHpgl)
 // vector
 PENDING(DetectScriptoraGraphics)
 PENDING(DetectWindowsMetafile)
