@@ -1,7 +1,6 @@
 // Rows whose formats are still to be written: they answer no until then.
 #include "detectors/documents/documents.h"
 #include "detectors/media/media.h"
-#include "detectors/postscript/postscript.h"
 #include "detectors/raster/raster.h"
 #include "detectors/vector/vector.h"
 
@@ -37,11 +36,6 @@ PENDING(DetectGimpXcf)
 PENDING(DetectPortableAnymap)
 PENDING(DetectAnimatedGif)
 PENDING(DetectGemImage)
-// postscript
-PENDING(DetectEps)
-PENDING(DetectPostScript)
-PENDING(DetectIllustratorPdf)
-PENDING(DetectIllustrator)
 // vector
 PENDING(DetectScriptoraGraphics)
 PENDING(DetectWindowsMetafile)
