@@ -1,8 +1,6 @@
 // Rows whose formats are still to be written: they answer no until then.
 #include "detectors/documents/documents.h"
 #include "detectors/media/media.h"
-#include "detectors/native/native.h"
-#include "detectors/postscript/postscript.h"
 #include "detectors/vector/vector.h"
 
 namespace typescout {
@@ -11,12 +9,6 @@ namespace typescout {
 #define PENDING(detector) \
   std::int32_t detector(const ProbeContext*) { return 0; }
 
-// postscript
-PENDING(DetectEps)
-PENDING(DetectPostScript)
-PENDING(DetectIllustratorPdf)
-PENDING(DetectIllustrator)
-PENDING(DetectHpgl)
 // vector
 PENDING(DetectScriptoraGraphics)
 PENDING(DetectWindowsMetafile)
@@ -53,15 +45,6 @@ PENDING(DetectAiff)
 PENDING(Detect8Svx)
 PENDING(DetectMidi)
 PENDING(DetectSunAudio)
-// native
-PENDING(DetectPaintImage)
-PENDING(DetectNativeDrawing)
-PENDING(DetectTarForm)
-PENDING(DetectTechnicalDrawing)
-PENDING(DetectSymbolLibrary)
-PENDING(DetectVxrComp1)
-PENDING(DetectVxrComp2)
-PENDING(DetectBudi)
 // documents
 PENDING(DetectScriptora0807)
 PENDING(DetectScriptora0808)

@@ -1,0 +1,148 @@
+// Illustrator documents that are PostScript: told by their comments, up to the end of the setup
+// section. Adobe Technical Note 5001, "PostScript Language Document Structuring Conventions
+// Specification", 3.0; Adobe Technical Note 5007, "Adobe Illustrator File Format Specification".
+#include "detectors/postscript/illustrator.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "detectors/postscript/postscript.h"
+#include "detectors/postscript/text_lines.h"
+
+namespace typescout {
+namespace {
+
+constexpr FilterId ILLUSTRATOR = 0x0503;
+constexpr std::size_t LINE_CAPACITY = 159;
+constexpr std::string_view END_SETUP = "%%EndSetup";
+
+bool Contains(std::string_view line, std::string_view text) {
+  return FindText(line, text) != std::string_view::npos;
+}
+
+// The decimal number around the first point of `text`; 0 when there is no point or no digit at it.
+double FirstNumberWithPoint(std::string_view text) {
+  const std::size_t point = text.find('.');
+  if (point == std::string_view::npos) return 0.0;
+  const auto isDigit = [text](std::size_t at) {
+    return IsAsciiDigit(static_cast<std::uint8_t>(text[at]));
+  };
+  std::size_t begin = point;
+  while (begin > 0 && isDigit(begin - 1)) --begin;
+  std::size_t end = point + 1;
+  while (end < text.size() && isDigit(end)) ++end;
+  double number = 0.0;
+  std::from_chars(text.data() + begin, text.data() + end, number, std::chars_format::fixed);
+  return number;
+}
+
+// Whether the job switches its printer to PostScript and goes on with an Adobe one. Reads on while
+// it does, and leaves `*line` at the last line read.
+bool IsPjlAroundAdobePostScript(TextLineReader* lines, std::string_view* line) {
+  if (!Contains(*line, "%-12345X@PJL")) return false;
+  lines->ReadTextLine(line);
+  if (!Contains(*line, "@PJL ENTER LANGUAGE=POSTSCRIPT")) return false;
+  lines->ReadTextLine(line);
+  return Contains(*line, "EPSF") || Contains(*line, "%!PS-Adobe");
+}
+
+// Whether the first line already says that this is no document for the Illustrator filter.
+bool IsRefusedByFirstLine(const ProbeContext* probe, TextLineReader* lines,
+                          std::string_view* line) {
+  // With a preview in front, it is one only for a caller that has chosen that filter.
+  if (line->starts_with(DOS_EPS_MAGIC) && probe->file != nullptr &&
+      RequestedFilter(probe) != ILLUSTRATOR) {
+    return true;
+  }
+  if (Contains(*line, "EPSF") && !IsCreatorVersionAtMost8(Head(probe))) return true;
+  return IsPjlAroundAdobePostScript(lines, line);
+}
+
+// Where a tokeniser with ':' as the separator ends the first token.
+std::string_view UpToColon(std::string_view line) {
+  return line.substr(0, line.find(':', line.find_first_not_of(':')));
+}
+
+// The names under which Illustrator and its relatives sign.
+class IllustratorMarks {
+ public:
+  explicit IllustratorMarks(std::string_view text)
+      : marks_{MarkSearch(text, "Adobe Illustrator"), MarkSearch(text, "Adobe_Illustrator"),
+               MarkSearch(text, "A&L")} {}
+
+  bool AreHopeless() const {
+    return std::ranges::all_of(marks_, [](const MarkSearch& mark) { return mark.IsHopeless(); });
+  }
+  std::size_t NextFrom(std::size_t position) {
+    return std::min(
+        {marks_[0].NextFrom(position), marks_[1].NextFrom(position), marks_[2].NextFrom(position)});
+  }
+  bool AreIn(std::string_view line) {
+    return std::ranges::any_of(marks_, [line](MarkSearch& mark) { return mark.IsIn(line); });
+  }
+
+ private:
+  std::array<MarkSearch, 3> marks_;
+};
+
+// Whether an Illustrator mark and a bounding box stand in the lines from `line` on, up to the end
+// of the setup section. Lines without any of the marks are passed over unread.
+bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_view line) {
+  MarkSearch box(text, "%%BoundingBox:");
+  if (box.IsHopeless()) return false;
+  IllustratorMarks marks(text);
+  if (marks.AreHopeless()) return false;
+  MarkSearch endSetup(text, END_SETUP);
+
+  bool markSeen = false;
+  bool boxSeen = false;
+  do {
+    if (box.IsIn(line)) {
+      boxSeen = true;
+      line = UpToColon(line);
+    }
+    markSeen = markSeen || marks.AreIn(line);
+    if (markSeen && boxSeen) return true;
+    if (endSetup.IsIn(line)) return false;
+    const std::size_t position = lines->Position();
+    lines->SkipLinesBefore(
+        std::min({box.NextFrom(position), marks.NextFrom(position), endSetup.NextFrom(position)}));
+  } while (lines->ReadTextLine(&line));
+  return false;
+}
+
+}  // namespace
+
+bool IsCreatorVersionAtMost8(ByteView head) {
+  const std::string_view text = head.Text();
+  MarkSearch creator(text, "%%Creator:");
+  if (creator.IsHopeless()) return false;
+  MarkSearch endSetup(text, END_SETUP);
+  TextLineReader lines(text, LINE_CAPACITY);
+  std::string_view line;
+  while (lines.ReadTextLine(&line)) {
+    if (creator.IsIn(line)) {
+      std::string_view next;
+      if (lines.ReadTextLine(&next) && Contains(next, "%%AI8_CreatorVersion:")) line = next;
+      const double version = FirstNumberWithPoint(line);
+      return version > 0.0 && version <= 8.0;
+    }
+    if (endSetup.IsIn(line)) return false;
+    const std::size_t position = lines.Position();
+    lines.SkipLinesBefore(std::min(creator.NextFrom(position), endSetup.NextFrom(position)));
+  }
+  return false;
+}
+
+std::int32_t DetectIllustrator(const ProbeContext* probe) {
+  const std::string_view text = Head(probe).Text();
+  TextLineReader lines(text, LINE_CAPACITY);
+  std::string_view line;
+  if (!lines.ReadTextLine(&line)) return 0;
+  if (DetectIllustratorPdf(probe) != 0) return 0;
+  if (IsRefusedByFirstLine(probe, &lines, &line)) return 0;
+  return HasMarkAndBox(text, &lines, line);
+}
+
+}  // namespace typescout

@@ -1,0 +1,51 @@
+#include "detectors/postscript/text_lines.h"
+
+#include <algorithm>
+
+#include "core/byte_view.h"
+
+namespace typescout {
+namespace {
+
+constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+
+}  // namespace
+
+// Steps through the bytes: the lines that are read are short.
+bool TextLineReader::ReadTextLine(std::string_view* line) {
+  std::size_t begin = at_;
+  while (begin < text_.size() && IsLineEnd(text_[begin])) ++begin;
+  at_ = begin;
+  if (begin == text_.size()) return false;
+  const std::size_t limit = begin + std::min(capacity_, text_.size() - begin);
+  std::size_t visible = begin;
+  while (visible < limit && !IsLineEnd(text_[visible]) && text_[visible] != '\0') ++visible;
+  std::size_t end = visible;
+  while (end < limit && !IsLineEnd(text_[end])) ++end;
+  *line = text_.substr(begin, visible - begin);
+  at_ = std::min(end + 1, text_.size());
+  return true;
+}
+
+void TextLineReader::SkipLinesBefore(std::size_t position) {
+  if (position <= at_) return;
+  std::size_t begin = position;
+  while (begin > at_ && !IsLineEnd(text_[begin - 1])) --begin;
+  // From here to the position there is no line end, only lines that fill the capacity.
+  const std::size_t fullLine = capacity_ + 1;
+  at_ = begin + (position - begin) / fullLine * fullLine;
+}
+
+MarkSearch::MarkSearch(std::string_view text, std::string_view mark)
+    : text_(text),
+      mark_(mark),
+      searcher_(mark.data(), mark.data() + mark.size()),
+      next_(std::min(FindText(text, mark), text.size())) {}
+
+void MarkSearch::SearchFrom(std::size_t position) {
+  const char* const begin = text_.data();
+  const char* const end = begin + text_.size();
+  next_ = static_cast<std::size_t>(searcher_(begin + position, end).first - begin);
+}
+
+}  // namespace typescout

@@ -1,0 +1,171 @@
+// What the samples of the PostScript family cannot say.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+#include <vector>
+
+#include "core/file_context.h"
+#include "detectors/postscript/illustrator.h"
+#include "detectors/postscript/postscript.h"
+#include "detectors/postscript/text_lines.h"
+#include "tests/support/ask.h"
+
+namespace typescout::tests {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines LinesOf(const std::string& text, std::size_t capacity) {
+  TextLineReader reader(text, capacity);
+  Lines lines;
+  for (std::string_view line; reader.ReadTextLine(&line);) lines.emplace_back(line);
+  return lines;
+}
+
+TEST(TextLines, AreCutAtLineEndsAndAtTheCapacity) {
+  EXPECT_EQ(LinesOf("", 4), Lines{});
+  EXPECT_EQ(LinesOf("\r\n\n\r", 4), Lines{});
+  EXPECT_EQ(LinesOf("\nab\r\n\ncd\re", 4), (Lines{"ab", "cd", "e"}));
+  EXPECT_EQ(LinesOf("abc\nd", 4), (Lines{"abc", "d"}));
+  EXPECT_EQ(LinesOf("abcd\ne", 4), (Lines{"abcd", "e"}));
+  EXPECT_EQ(LinesOf("abcd\r\ne", 4), (Lines{"abcd", "e"}));
+  EXPECT_EQ(LinesOf("abcde", 4), (Lines{"abcd"}));
+  EXPECT_EQ(LinesOf("abcdefghijk", 4), (Lines{"abcd", "fghi", "k"}));
+  EXPECT_EQ(LinesOf("abcde\nfg", 4), (Lines{"abcd", "fg"}));
+  EXPECT_EQ(LinesOf(Bytes("\0b\na\0cdef\xFF\xFF"), 4), (Lines{"", "a", "f\xFF\xFF"}));
+}
+
+TEST(TextLines, TheLastLineStaysAtTheEnd) {
+  TextLineReader reader("ab\n", 4);
+  std::string_view line;
+  EXPECT_TRUE(reader.ReadTextLine(&line));
+  EXPECT_FALSE(reader.ReadTextLine(&line));
+  EXPECT_FALSE(reader.ReadTextLine(&line));
+  EXPECT_EQ(line, "ab");
+}
+
+// Skipping to each mark must find the lines with marks that reading every line finds.
+TEST(TextLines, SkippingFindsTheLinesThatReadingFinds) {
+  std::mt19937 random(2);
+  const std::string_view pieces[] = {"mark", "m", "ark",     "\n",
+                                     "\r\n", "x", "xxxxxxx", std::string_view("\0", 1)};
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    for (int i = 0; i < 20; ++i) text += pieces[random() % std::size(pieces)];
+    Lines expected = LinesOf(text, 9);
+    std::erase_if(expected, [](const auto& line) { return line.find("mark") == line.npos; });
+
+    TextLineReader reader(text, 9);
+    MarkSearch mark(text, "mark");
+    EXPECT_EQ(mark.IsHopeless(), text.find("mark") == text.npos);
+    Lines found;
+    std::string_view line;
+    reader.SkipLinesBefore(mark.NextFrom(0));
+    while (reader.ReadTextLine(&line)) {
+      if (mark.IsIn(line)) found.emplace_back(line);
+      reader.SkipLinesBefore(mark.NextFrom(reader.Position()));
+    }
+    ASSERT_EQ(found, expected) << testing::PrintToString(text);
+  }
+}
+
+// The version has an answer of its own also where no row asks for it.
+TEST(CreatorVersion, IsReadFromTheFirstCreatorComment) {
+  const auto isAtMost8 = [](const std::string& text) {
+    return IsCreatorVersionAtMost8({reinterpret_cast<const unsigned char*>(text.data()),
+                                    static_cast<ByteView::Position>(text.size())});
+  };
+  EXPECT_TRUE(isAtMost8("%%Creator: 8.0"));
+  EXPECT_TRUE(isAtMost8(Fill(149, 'x') + "%%Creator:\n%%AI8_CreatorVersion: 8.0"));
+  EXPECT_FALSE(isAtMost8(Fill(150, 'x') + "%%Creator:\n%%AI8_CreatorVersion: 8.0"));
+  EXPECT_FALSE(isAtMost8("%%Creator: 8.0\n" + Fill(138, 'x') + "%%AI8_CreatorVersion:"));
+  EXPECT_TRUE(isAtMost8("%%Creator: 8.0\n" + Fill(139, 'x') + "%%AI8_CreatorVersion:"));
+  EXPECT_FALSE(isAtMost8(""));
+}
+
+ProbeContext ProbeOf(const std::string& bytes) {
+  return {.head = reinterpret_cast<const unsigned char*>(bytes.data()),
+          .headLength = static_cast<std::int32_t>(bytes.size()),
+          .path = nullptr,
+          .classId = {},
+          .storage = nullptr,
+          .file = nullptr};
+}
+
+TEST(Illustrator, WithoutAFileContextADosEpsHeaderDoesNotMatter) {
+  const std::string bytes = "\xC5\xD0\xD3\xC6\nA&L %%BoundingBox:";
+  ProbeContext probe = ProbeOf(bytes);
+  EXPECT_NE(DetectIllustrator(&probe), 0);
+  FileContext file;
+  probe.file = &file;
+  EXPECT_EQ(DetectIllustrator(&probe), 0);
+}
+
+TEST(Eps, WithoutAHeadIsNone) {
+  ProbeContext probe = ProbeOf("");
+  probe.head = nullptr;
+  probe.headLength = 32;
+  EXPECT_EQ(DetectEps(&probe), 0);
+}
+
+TEST(PostScriptFamily, TheRowsShareTheDocumentsOut) {
+  const std::string marks = "%%BoundingBox: 0 0 612 792\n";
+  const std::string creator = "%%Creator: Adobe Illustrator(R) ";
+  struct Case {
+    std::string bytes;
+    std::set<std::int32_t (*)(const ProbeContext*)> rows;
+  };
+  const Case cases[] = {
+      {"%!PS-Adobe-3.0 EPSF-3.0\n" + creator + "8.0\n" + marks, {DetectIllustrator}},
+      {"%!PS-Adobe-3.0 EPSF-3.0\n" + creator + "9.0\n" + marks, {DetectEps, DetectPostScript}},
+      {"%!PS-Adobe-3.0\n" + creator + "10.0\n" + marks, {DetectIllustrator}},
+      {"%!PS-Adobe-3.0\n" + marks, {DetectPostScript}},
+  };
+  for (const Case& document : cases) {
+    for (auto row : {DetectEps, DetectPostScript, DetectIllustrator}) {
+      EXPECT_EQ(Ask(row, document.bytes) != 0, document.rows.contains(row)) << document.bytes;
+    }
+  }
+}
+
+// Every pair of letters in front of an IN that only a known instruction lets pass.
+TEST(Hpgl, KnowsItsMnemonicsAndNoOthers) {
+  std::set<std::string> known;
+  for (const std::string row : {"A ACDFHPRST",
+                                "B LP",
+                                "C ACFIMPRSTV",
+                                "D CFILPRSTV",
+                                "E ACPRSW",
+                                "F INPRST",
+                                "G CMP",
+                                "I MNPRVW",
+                                "K Y",
+                                "L ABOT",
+                                "M CGT",
+                                "N PR",
+                                "O ACDEFGHIKLOPSTW",
+                                "P ABCDEGMRSTUW",
+                                "Q L",
+                                "R AFOPRT",
+                                "S ABCDGILMPRSTV",
+                                "T DLR",
+                                "U CFL",
+                                "V S",
+                                "W DGU",
+                                "X T",
+                                "Y T"}) {
+    for (const char second : row.substr(2)) known.insert({row[0], second});
+  }
+  ASSERT_EQ(known.size(), 120u);
+  for (char first = 'A'; first <= 'Z'; ++first) {
+    for (char second = 'A'; second <= 'Z'; ++second) {
+      const std::string pair = {first, second};
+      EXPECT_EQ(Ask(DetectHpgl, pair + ";\x03IN;") != 0, known.contains(pair)) << pair;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace typescout::tests
