@@ -4,7 +4,6 @@
 #include "detectors/native/native.h"
 #include "detectors/postscript/postscript.h"
 #include "detectors/raster/raster.h"
-#include "detectors/vector/vector.h"
 
 namespace typescout {
 
@@ -44,27 +43,6 @@ PENDING(DetectPostScript)
 PENDING(DetectIllustratorPdf)
 PENDING(DetectIllustrator)
 PENDING(DetectHpgl)
-// vector
-PENDING(DetectScriptoraGraphics)
-PENDING(DetectWindowsMetafile)
-PENDING(DetectFilter0540)
-PENDING(DetectFilter0504)
-PENDING(DetectCgm)
-PENDING(DetectFilter0502)
-PENDING(DetectDxf)
-PENDING(DetectFilter050B)
-PENDING(DetectPict)
-PENDING(DetectEnhancedMetafile)
-PENDING(DetectTavonMetafile)
-PENDING(DetectFilter0505)
-PENDING(DetectPublisher)
-PENDING(DetectHgb3)
-PENDING(DetectFilter0536)
-PENDING(DetectVisio)
-PENDING(DetectSvg)
-PENDING(DetectDwg)
-PENDING(DetectMakerVector)
-PENDING(DetectOpsHeader)
 // media
 PENDING(DetectAvi)
 PENDING(DetectFlic)
