@@ -1,6 +1,5 @@
 // Rows whose formats are still to be written: they answer no until then.
 #include "detectors/documents/documents.h"
-#include "detectors/media/media.h"
 #include "detectors/native/native.h"
 #include "detectors/postscript/postscript.h"
 #include "detectors/raster/raster.h"
@@ -43,21 +42,6 @@ PENDING(DetectPostScript)
 PENDING(DetectIllustratorPdf)
 PENDING(DetectIllustrator)
 PENDING(DetectHpgl)
-// media
-PENDING(DetectAvi)
-PENDING(DetectFlic)
-PENDING(DetectMpeg)
-PENDING(DetectAnimatedCursor)
-PENDING(Detect3dmfOrVrml)
-PENDING(DetectHgb1)
-PENDING(DetectHtml)
-PENDING(DetectWave)
-PENDING(DetectCreativeVoice)
-PENDING(DetectMacBinarySound)
-PENDING(DetectAiff)
-PENDING(Detect8Svx)
-PENDING(DetectMidi)
-PENDING(DetectSunAudio)
 // native
 PENDING(DetectPaintImage)
 PENDING(DetectNativeDrawing)
