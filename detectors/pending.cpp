@@ -1,5 +1,4 @@
 // Rows whose formats are still to be written: they answer no until then.
-#include "detectors/documents/documents.h"
 #include "detectors/native/native.h"
 #include "detectors/postscript/postscript.h"
 #include "detectors/raster/raster.h"
@@ -51,26 +50,6 @@ PENDING(DetectSymbolLibrary)
 PENDING(DetectVxrComp1)
 PENDING(DetectVxrComp2)
 PENDING(DetectBudi)
-// documents
-PENDING(DetectScriptora0807)
-PENDING(DetectScriptora0808)
-PENDING(DetectScriptora0809)
-PENDING(DetectWordDocument8)
-PENDING(DetectWordDocument6)
-PENDING(DetectFilter0802)
-PENDING(DetectFilter0803)
-PENDING(DetectFilter0804)
-PENDING(DetectRtf)
-PENDING(DetectFilter080B)
-PENDING(DetectFilter080C)
-PENDING(DetectWs2000)
-PENDING(DetectGuillemetCommands)
-PENDING(DetectVerHeader)
-PENDING(DetectFilter0812)
-PENDING(DetectFilter0813)
-PENDING(DetectShortLineText)
-PENDING(DetectAnyText)
-PENDING(DetectSevenBitText)
 // NOLINTEND
 
 }  // namespace typescout
