@@ -34,19 +34,16 @@ int CountSeparators(ByteView head, Position command, Position limit) {
   return count;
 }
 
-// Whether the head opens as text that can be looked through.
-bool OpensAsText(ByteView head) {
-  return head.size() >= 4 && head.U8(0) != 0 && head.U8(1) != 0 && head.U8(2) != 0;
-}
+bool OpensAsText(ByteView head) { return head.U8(0) != 0 && head.U8(1) != 0 && head.U8(2) != 0; }
 
 }  // namespace
 
 // Positions are 16-bit numbers here and wrap: that is what decides about long files. The text ends
 // at the first zero byte, but commands are looked for behind it too.
 //
-// The closing byte is looked for from the first opening byte on, once: the first command to find it
-// moves on by the distance between the two, every later one finds it where it is. So the position
-// goes back at most once, and the loop ends.
+// The closing byte is looked for from the first opening byte on. The first command to find it moves
+// the position by the distance between the two, which may take it back to the start; the second is
+// enough. So the loop ends.
 std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (!OpensAsText(head)) return 0;
@@ -55,7 +52,6 @@ std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const Position opening = text.Find(OPENING);
   if (opening == ByteView::NOT_FOUND) return 0;
   const Position closing = text.Find(CLOSING, opening);
-  Position distance = closing - opening;
 
   const auto limit = static_cast<std::uint16_t>(head.size() - 2);
   int count = 0;
@@ -65,9 +61,8 @@ std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
     count += CountSeparators(head, command, limit);
     at = static_cast<std::uint16_t>(command + 1);
     if (closing == ByteView::NOT_FOUND) continue;
+    at = static_cast<std::uint16_t>(at + closing - opening);
     ++count;
-    at = static_cast<std::uint16_t>(at + distance);
-    distance = 0;
   }
   return count >= ENOUGH;
 }
