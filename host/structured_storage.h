@@ -26,6 +26,7 @@ inline constexpr HRESULT S_FALSE = 1;
 constexpr HRESULT MakeFailure(std::uint32_t code) { return static_cast<HRESULT>(code); }
 inline constexpr HRESULT E_NOINTERFACE = MakeFailure(0x80004002);
 inline constexpr HRESULT E_NOTIMPL = MakeFailure(0x80004001);
+inline constexpr HRESULT STG_E_INVALIDFUNCTION = MakeFailure(0x80030001);
 inline constexpr HRESULT STG_E_FILENOTFOUND = MakeFailure(0x80030002);
 inline constexpr HRESULT STG_E_ACCESSDENIED = MakeFailure(0x80030005);
 inline constexpr HRESULT STG_E_INSUFFICIENTMEMORY = MakeFailure(0x80030008);

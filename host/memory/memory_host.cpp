@@ -130,10 +130,14 @@ class Storage final : public IStorage {
     return 0;
   }
   HRESULT CreateStream() override { return E_NOTIMPL; }
-  HRESULT OpenStream(const wchar_t* name, void* /*reserved1*/, std::uint32_t /*mode*/,
-                     std::uint32_t /*reserved2*/, IStream** stream) override {
+  HRESULT OpenStream(const wchar_t* name, void* reserved1, std::uint32_t mode,
+                     std::uint32_t reserved2, IStream** stream) override {
     const Uncounted own;
     *stream = nullptr;
+    // The system, too, opens streams for one reader alone or not at all.
+    if (mode != (STGM_READ | STGM_SHARE_EXCLUSIVE) || reserved1 != nullptr || reserved2 != 0) {
+      return STG_E_INVALIDFUNCTION;
+    }
     if (const auto fault = Note(Call::OPEN_STREAM)) return fault->code;
     for (const auto& [itsName, content] : document_.streams) {
       const TvnPlatform::TvnStringT<wchar_t> candidate(itsName.c_str());

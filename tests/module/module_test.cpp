@@ -16,8 +16,17 @@
 namespace typescout::tests {
 namespace {
 
+// The file that the sample stands for: itself, or a real document with its streams.
 std::string FileBytes(const Sample& sample) {
   return sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams);
+}
+
+// Some samples put a document behind a head that no document has, which only the in-memory host
+// can.
+bool IsPossible(const Sample& sample) {
+  constexpr std::size_t DOCUMENT_HEADER = 512;
+  return sample.streams.empty() ||
+         (sample.bytes.starts_with("\xD0\xCF\x11\xE0") && sample.bytes.size() >= DOCUMENT_HEADER);
 }
 
 // Asks the module for one row, by index.
@@ -30,6 +39,7 @@ TEST(Module, AnswersAsTheSamplesSay) {
   const TempFolder folder;
   int count = 0;
   for (const Sample& sample : AllSamples()) {
+    if (!IsPossible(sample)) continue;
     const auto file = folder.Write(std::to_string(++count) / std::filesystem::path(sample.path),
                                    FileBytes(sample));
     for (int index = 0; index < REGISTRY_SIZE; ++index) {

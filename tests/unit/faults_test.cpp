@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/registry.h"
+#include "detectors/vector/vector.h"
 #include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
 #include "tests/samples/sample.h"
@@ -65,7 +66,8 @@ TEST_P(Faults, OfTheHostLeaveNothingOpen) {
         LayOut(sample);
         TheMachine().faults = {{.call = call, .nth = nth, .code = STG_E_LOCKVIOLATION}};
         const std::optional<int> answer = AskModule(sample, GetParam());
-        if (!GetParam() && answer) {
+        // A Publisher file that cannot be opened as a compound document goes by its name.
+        if (!GetParam() && answer && sample.detector != DetectPublisher) {
           EXPECT_TRUE(*answer == 0 || answer == whole) << sample.name;
         }
         return TheMachine().calls[call] >= nth;

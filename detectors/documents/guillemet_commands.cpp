@@ -1,0 +1,70 @@
+// Text with commands of two capital letters between the bytes 0xAE and 0xAF (« and » in code page
+// 437).
+#include "detectors/documents/documents.h"
+
+namespace typescout {
+namespace {
+
+using Position = ByteView::Position;
+
+constexpr std::uint8_t OPENING = 0xAE;
+constexpr std::uint8_t CLOSING = 0xAF;
+constexpr int ENOUGH = 2;  // signs of such commands
+
+// Where the next command starts at or after `at`: the opening byte and two capital letters; at
+// `limit` or beyond when there is none before it.
+Position NextCommand(ByteView head, Position at, Position limit) {
+  for (; at < limit; ++at) {
+    if (head.U8(at) != OPENING)
+      at = head.Find(OPENING, at);  // not a call for each in a row of them
+    if (at == ByteView::NOT_FOUND) return limit;
+    if (IsAsciiUpper(head.U8(at + 1)) && IsAsciiUpper(head.U8(at + 2))) return at;
+  }
+  return at;
+}
+
+// The command TS takes parameters: the commas and closing bytes among the six bytes behind its
+// letters, as far as they lie before `limit`.
+int CountSeparators(ByteView head, Position command, Position limit) {
+  if (!head.Matches(command + 1, "TS")) return 0;
+  int count = 0;
+  for (Position at = command + 3; at <= command + 8 && at < limit; ++at) {
+    if (head.U8(at) == ',' || head.U8(at) == CLOSING) ++count;
+  }
+  return count;
+}
+
+bool OpensAsText(ByteView head) { return head.U8(0) != 0 && head.U8(1) != 0 && head.U8(2) != 0; }
+
+}  // namespace
+
+// Positions are 16-bit numbers here and wrap: that is what decides about long files. The text ends
+// at the first zero byte, but commands are looked for behind it too.
+//
+// The closing byte is looked for from the first opening byte on. The first command to find it moves
+// the position by the distance between the two, which may take it back to the start; the second is
+// enough. So the loop ends.
+std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
+  const ByteView head = Head(probe);
+  if (!OpensAsText(head)) return 0;
+  const Position zero = head.Find(0);
+  const ByteView text = zero == ByteView::NOT_FOUND ? head : head.First(zero);
+  const Position opening = text.Find(OPENING);
+  if (opening == ByteView::NOT_FOUND) return 0;
+  const Position closing = text.Find(CLOSING, opening);
+
+  const auto limit = static_cast<std::uint16_t>(head.size() - 2);
+  int count = 0;
+  for (auto at = static_cast<std::uint16_t>(opening); at < limit && count < ENOUGH;) {
+    const Position command = NextCommand(head, at, limit);
+    if (command >= limit) break;
+    count += CountSeparators(head, command, limit);
+    at = static_cast<std::uint16_t>(command + 1);
+    if (closing == ByteView::NOT_FOUND) continue;
+    at = static_cast<std::uint16_t>(at + closing - opening);
+    ++count;
+  }
+  return count >= ENOUGH;
+}
+
+}  // namespace typescout

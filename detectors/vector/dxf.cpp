@@ -1,0 +1,42 @@
+// Drawing exchange file, binary or text. Autodesk, DXF Reference, "About ASCII DXF files" and
+// "About binary DXF files".
+#include "detectors/vector/vector.h"
+
+namespace typescout {
+namespace {
+
+// The line that starts at `at`, without its end; false when none of the next MAX_LINE + 1 bytes of
+// the head ends it.
+bool TakeLine(std::string_view head, std::size_t at, std::string_view* line) {
+  constexpr std::size_t MAX_LINE = 133;
+  const std::string_view from = head.substr(at, MAX_LINE + 1);
+  const std::size_t end = from.find_first_of("\r\n");
+  if (end == std::string_view::npos) return false;
+  *line = from.substr(0, end);
+  return true;
+}
+
+// Whether the line reads as the integer 0: no digit but 0 after white space and a sign. A line
+// without a number is 0 too.
+bool IsGroupCodeZero(std::string_view line) {
+  std::size_t at = line.find_first_not_of(" \t\v\f");
+  if (at == std::string_view::npos) return true;
+  if (line[at] == '+' || line[at] == '-') ++at;
+  at = line.find_first_not_of('0', at);
+  return at == std::string_view::npos || !IsAsciiDigit(static_cast<std::uint8_t>(line[at]));
+}
+
+}  // namespace
+
+// The text form opens with group code 0 on one line and its value SECTION on the next.
+std::int32_t DetectDxf(const ProbeContext* probe) {
+  const std::string_view head = Head(probe).Text();
+  if (head.starts_with("AutoCAD Binary DXF")) return 1;
+  std::string_view code;
+  if (!TakeLine(head, 0, &code) || !IsGroupCodeZero(code)) return 0;
+  const std::string_view rest = head.substr(code.size());
+  std::string_view value;
+  return TakeLine(rest, rest.starts_with("\r\n") ? 2 : 1, &value) && value.starts_with("SECTION");
+}
+
+}  // namespace typescout

@@ -1,0 +1,115 @@
+// What the samples cannot lay out of the vector and document rows: a caller's own bytes beside a
+// file that opens as a compound document, heads longer than those of files, and no path at all.
+#include <gtest/gtest.h>
+
+#include "host/memory/memory_host.h"
+#include "tests/samples/sample.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+using memory_host::TheMachine;
+
+const wchar_t* const PATH = L"file.pub";
+
+class CallersBytes : public testing::Test {
+ protected:
+  CallersBytes() { memory_host::Reset(); }
+  ~CallersBytes() override { EXPECT_EQ(TheMachine().OpenObjects(), 0) << "something stays open"; }
+
+  // Asks one row about bytes that stand in for a file that cannot be read.
+  static bool Check(int filterId, std::string bytes, const wchar_t* path = PATH) {
+    int id = filterId;
+    return CheckFiltersFromIDList(path, &id, 1, static_cast<int>(bytes.size()),
+                                  reinterpret_cast<unsigned char*>(bytes.data()), 0) == filterId;
+  }
+  // The file cannot be read, but opens as a compound document with this stream.
+  static void LayOutDocument(const std::wstring& stream, const std::string& content) {
+    TheMachine().documents[PATH].streams = {{stream, content}};
+  }
+};
+
+TEST_F(CallersBytes, StandBesideAStream) {
+  const std::string record = Bytes("\0\0\x02\0......");
+  EXPECT_FALSE(Check(0x0813, record));
+  LayOutDocument(L"ScriptoraDesk_MAIN", Bytes("....\x07\x10...."));
+  EXPECT_TRUE(Check(0x0813, record));
+  EXPECT_FALSE(Check(0x0813, record, L"other"));
+}
+
+TEST_F(CallersBytes, LimitWhatIsReadOfAStream) {
+  LayOutDocument(L"ScriptoraDesk_MAIN", Bytes("\xFFQLX....\x01\x16......"));
+  EXPECT_TRUE(Check(0x0507, Fill(16)));
+  EXPECT_FALSE(Check(0x0507, Fill(15)));
+  EXPECT_FALSE(Check(0x0507, ""));
+}
+
+TEST_F(CallersBytes, AreNotWhatTextAndWordRowsLookAt) {
+  const std::string text = "text";
+  for (const int id : {0x0900, 0x0901, 0x0902, 0x0903, 0x0904}) EXPECT_FALSE(Check(id, text)) << id;
+  LayOutDocument(L"WordDocument", PadTo(1'536, Bytes("\xEC\xA5\xC1\0")));
+  EXPECT_TRUE(Check(0x0814, ""));
+  EXPECT_FALSE(Check(0x0801, ""));
+}
+
+TEST_F(CallersBytes, NeedNoPath) {
+  EXPECT_TRUE(Check(0x0545, "")) << "the name is enough";
+  EXPECT_FALSE(Check(0x0545, "", nullptr));
+  EXPECT_FALSE(Check(0x0903, "text", nullptr));
+  EXPECT_FALSE(Check(0x0814, "", nullptr));
+  EXPECT_TRUE(Check(0x0513, "HGB3", nullptr));
+}
+
+// Positions among the commands are 16-bit numbers: of 70,000 bytes only 4,462 are looked at, of
+// 65,538 none.
+TEST_F(CallersBytes, MayBeManyInTheSearchForCommands) {
+  const std::string commands =
+      "\xAE"
+      "MD\xAF"
+      "x\xAE"
+      "XY";
+  const std::string plain = Fill(70'000, '.');
+  EXPECT_TRUE(Check(0x080E, Patch(plain, 0, commands)));
+  EXPECT_TRUE(Check(0x080E, Patch(plain, 4'456, commands)));
+  EXPECT_FALSE(Check(0x080E, Patch(plain, 4'457, commands)));
+  EXPECT_FALSE(Check(0x080E, Patch(plain, 66'000, commands)));
+  EXPECT_FALSE(Check(0x080E, Patch(plain.substr(0, 65'538), 0, commands)));
+  EXPECT_TRUE(Check(0x080E, Patch(plain.substr(0, 65'537), 65'000, commands)));
+}
+
+// Whatever the content, the search for commands ends.
+TEST_F(CallersBytes, CannotKeepTheSearchForCommandsGoing) {
+  const auto repeated = [](const std::string& unit, std::size_t size) {
+    std::string bytes;
+    while (bytes.size() < size) bytes += unit;
+    return bytes.substr(0, size);
+  };
+  for (const std::size_t size : {50'000U, 65'537U, 70'000U}) {
+    for (const char* unit : {"\xAE", "\xAF", "\xAE\xAF",
+                             "\xAE"
+                             "AA",
+                             "\xAETS", "\xAETS.,"}) {
+      const bool hasCommas = std::string(unit).ends_with(",");
+      EXPECT_EQ(Check(0x080E, repeated(unit, size)), hasCommas) << unit << ", " << size;
+    }
+    // One command and the closing byte in the last place: the position starts over or leaves.
+    const std::string once = Patch(repeated("\xAE", size), size - 4,
+                                   "\xAE"
+                                   "AB\xAF");
+    EXPECT_EQ(Check(0x080E, once), size == 50'000U) << size;
+  }
+}
+
+// A walk that arrives at the last byte of all reads zeros behind it.
+TEST_F(CallersBytes, EndWhereAWalkGoesOn) {
+  const std::string fillers = Fill(70'000, '\x01');  // records of three bytes
+  EXPECT_TRUE(Check(0x0505, fillers));
+  EXPECT_TRUE(Check(0x0505, Patch(fillers, 69'996, "\x02.\x01\x7E")));
+  EXPECT_FALSE(Check(0x0505, Patch(fillers, 69'996, "\x02.\x04\x7E")));
+  EXPECT_TRUE(Check(0x0500, Bytes("\0\x20") + Fill(69'998)));
+  EXPECT_FALSE(Check(0x0500, Fill(70'000, ' ')));
+}
+
+}  // namespace
+}  // namespace typescout::tests
