@@ -7,7 +7,6 @@
 namespace typescout {
 namespace {
 
-constexpr ByteView::Position MIN_SIZE = 4;
 constexpr ByteView::Position DOS_EPS_HEADER_SIZE = 32;
 constexpr std::size_t FIRST_LINE_CAPACITY = 254;
 
@@ -35,13 +34,14 @@ bool IsEps(ByteView head) {
 // Documents of Illustrator 8 and before are left to the Illustrator filter.
 std::int32_t DetectEps(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  if (probe->head == nullptr || head.size() < MIN_SIZE || !IsEps(head)) return 0;
+  if (probe->head == nullptr || !IsEps(head)) return 0;
   return !(IsCreatorVersionAtMost8(head) && DetectIllustrator(probe) != 0);
 }
 
 // A job may open with a Ctrl-D (end of the job before it) or with the escape of a PJL job; what
 // Illustrator wrote is left to its filter.
 std::int32_t DetectPostScript(const ProbeContext* probe) {
+  constexpr ByteView::Position MIN_SIZE = 4;
   const ByteView head = Head(probe);
   if (head.size() < MIN_SIZE) return 0;
   if (head.Matches(0, DOS_EPS_MAGIC)) return 1;

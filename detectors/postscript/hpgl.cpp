@@ -26,7 +26,8 @@ constexpr std::string_view MNEMONICS =
     "EA EC EP ER ES EW FI FN FP FR FS FT GC GM GP IM IN IP IR IV IW KY LA LB LO LT MC MG MT NP "
     "NR OA OC OD OE OF OG OH OI OK OL OO OP OS OT OW PA PB PC PD PE PG PM PR PS PT PU PW QL RA "
     "RF RO RP RR RT SA SB SC SD SG SI SL SM SP SR SS ST SV TD TL TR UC UF UL VS WD WG WU XT YT ";
-static_assert(MNEMONICS.size() == 3 * 120);
+constexpr std::size_t MNEMONIC_COUNT = 120;
+static_assert(MNEMONICS.size() == MNEMONIC_COUNT * 3);
 
 constexpr std::size_t LETTERS = 26;
 constexpr std::size_t PairIndex(char first, char second) {
