@@ -1,0 +1,208 @@
+// What every host owes the library. Built against the machine's own host and against the one in
+// memory, so that they cannot drift apart.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "host/config.h"
+#include "host/library.h"
+#include "host/memory_stream.h"
+#include "host/owners.h"
+#include "host/path.h"
+#include "host/strings.h"
+#include "host/structured_storage.h"
+#include "tests/contract/fixture.h"
+
+namespace typescout::tests {
+namespace {
+
+using TvnPlatform::TvnStringT;
+using TvnPlatform::TvnStringViewT;
+
+constexpr CLSID CLASS = {
+    0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}};
+
+std::string Read(FileOwner& file, std::uint32_t count) {
+  std::string bytes(count, '?');
+  bytes.resize(file->Read(bytes.data(), count));
+  return bytes;
+}
+
+TEST(HostFile, ReadsFromItsPosition) {
+  const std::wstring path = PutFile(L"file", "0123456789");
+  FileOwner file;
+  ASSERT_TRUE(file.Open(path.c_str()));
+  EXPECT_EQ(file->GetLength(), 10u);
+  EXPECT_EQ(Read(file, 4), "0123");
+  EXPECT_EQ(file->GetLength(), 10u) << "whatever the position";
+  EXPECT_EQ(Read(file, 100), "456789") << "fewer at the end";
+  EXPECT_EQ(Read(file, 1), "") << "nothing beyond it";
+  file->SeekToBegin();
+  EXPECT_EQ(Read(file, 0), "");
+  EXPECT_EQ(Read(file, 1), "0");
+}
+
+TEST(HostFile, SeeksNoFurtherThanItsEnd) {
+  const std::wstring path = PutFile(L"file", "0123456789");
+  FileOwner file;
+  ASSERT_TRUE(file.Open(path.c_str()));
+  EXPECT_TRUE(file.SeekTo(7));
+  EXPECT_EQ(Read(file, 9), "789");
+  EXPECT_TRUE(file.SeekTo(10));
+  EXPECT_EQ(Read(file, 9), "");
+  EXPECT_FALSE(file.SeekTo(11));
+  EXPECT_FALSE(file.SeekTo(0xFFFFFFFF));
+  EXPECT_TRUE(file.SeekTo(0));
+  EXPECT_EQ(Read(file, 1), "0");
+}
+
+TEST(HostFile, OpensOnlyWhatIsThere) {
+  EXPECT_FALSE(FileOwner().Open(nullptr));
+  EXPECT_FALSE(FileOwner().Open(L""));
+  EXPECT_FALSE(FileOwner().Open(MissingPath().c_str()));
+  const std::wstring empty = PutFile(L"empty", "");
+  FileOwner file;
+  EXPECT_TRUE(file.Open(empty.c_str()));
+  EXPECT_EQ(file->GetLength(), 0u);
+  EXPECT_EQ(Read(file, 3), "");
+}
+
+TEST(HostStrings, CopyWholeOrNotAtAll) {
+  for (const std::size_t length : {0, 1, 258, 259, 260, 5'000}) {
+    std::wstring buffer(300, L'#');
+    const std::wstring source(length, L's');
+    EXPECT_EQ(TvnUtl::StringCopy(buffer.data(), 260, source.c_str()), buffer.data());
+    EXPECT_EQ(std::wstring(buffer.c_str()), length < 260 ? source : L"") << length;
+    EXPECT_EQ(buffer.substr(260), std::wstring(40, L'#')) << "nothing is written behind";
+  }
+}
+
+TEST(HostStrings, CompareWithoutCase) {
+  const TvnStringT<wchar_t> text(L".Zrs");
+  EXPECT_EQ(text.CompareNoCase(TvnStringViewT<wchar_t>(L".zRS")), 0);
+  for (const wchar_t* other : {L".zr", L".zrs2", L"", L".zrt", L".\u017Frs"}) {
+    EXPECT_NE(text.CompareNoCase(TvnStringViewT<wchar_t>(other)), 0) << other;
+  }
+  EXPECT_EQ(TvnStringT<wchar_t>().CompareNoCase(TvnStringViewT<wchar_t>(L"")), 0);
+  EXPECT_NE(TvnStringT<wchar_t>(L"[").CompareNoCase(TvnStringViewT<wchar_t>(L"{")), 0);
+}
+
+TEST(HostPath, KnowsExtensions) {
+  const struct {
+    const wchar_t* path;
+    const wchar_t* extension;
+    const wchar_t* upper;
+  } CASES[] = {
+      {L"a.pdf", L".pdf", L".PDF"},
+      {L"/b.c/a.Zr4", L".Zr4", L".ZR4"},
+      {L"b.c\\a", L"", L""},
+      {L"b.c/a", L"", L""},
+      {L"a.b.c", L".c", L".C"},
+      {L".pub", L".pub", L".PUB"},
+      {L"a.", L".", L"."},
+      {L"", L"", L""},
+      {L"C:\\x\\y.pub", L".pub", L".PUB"},
+      {L"a.\u00E9i", L".\u00E9i", L".\u00E9I"},
+  };
+  for (const auto& c : CASES) {
+    EXPECT_EQ(SystemIO::Path::GetExtension(c.path).View(), c.extension) << c.path;
+    EXPECT_EQ(SystemIO::Path::GetUpperExtension(c.path).View(), c.upper) << c.path;
+  }
+  EXPECT_TRUE(SystemIO::Path::HasExtension(L"x/a.VXR", L".vxr"));
+  EXPECT_TRUE(SystemIO::Path::HasExtension(L"x\\.vxr", L".vxr"));
+  for (const wchar_t* path : {L"a.vxrt", L"avxr", L"a.vxr/b", L"a.vxr\\b", L"xr", L"a.vxr ", L""}) {
+    EXPECT_FALSE(SystemIO::Path::HasExtension(path, L".vxr")) << path;
+  }
+}
+
+TEST(HostPath, JoinsWithOneSeparator) {
+  const std::wstring joined(SystemIO::Path::Combine(L"folder", L"name").View());
+  EXPECT_TRUE(joined == L"folder/name" || joined == L"folder\\name") << "the system's own";
+  EXPECT_EQ(SystemIO::Path::Combine(L"folder/", L"name").View(), L"folder/name");
+  EXPECT_EQ(SystemIO::Path::Combine(L"folder\\", L"name").View(), L"folder\\name");
+  EXPECT_EQ(SystemIO::Path::Combine(L"", L"name").View(), L"") << "never the current folder";
+}
+
+TEST(HostMemoryStream, ReadsInPlace) {
+  const unsigned char bytes[] = {'a', 'b', 'c'};
+  TvnUtils::Stream stream = TvnUtils::MemStream::OpenOnRef(bytes, 3);
+  EXPECT_EQ(stream.GetLength(), 3u);
+  char read[8] = {};
+  EXPECT_EQ(stream.Read(read, 2), 2u);
+  TvnUtils::Stream copy = stream;
+  EXPECT_EQ(copy.Read(read, 8), 1u);
+  EXPECT_EQ(stream.Read(read, 8), 1u) << "copies move on independently";
+  EXPECT_EQ(read[0], 'c');
+  EXPECT_EQ(stream.Read(read, 8), 0u);
+  EXPECT_EQ(TvnUtils::MemStream::OpenOnRef(nullptr, -1).GetLength(), 0u);
+}
+
+TEST(HostStorage, ReadsClassIdentifiersInText) {
+  CLSID classId = {};
+  EXPECT_EQ(CLSIDFromString(L"{DE14F420-AC1C-11CE-BE26-DB67235E2689}", &classId), S_OK);
+  EXPECT_EQ(std::memcmp(&classId, &CLASS, sizeof classId), 0);
+  EXPECT_EQ(CLSIDFromString(L"{de14f420-ac1c-11ce-be26-db67235e2689}", &classId), S_OK);
+  for (const wchar_t* text : {L"{DE14F420-AC1C-11CE-BE26-DB67235E268}", L"{}",
+                              L"{GE14F420-AC1C-11CE-BE26-DB67235E2689}"}) {
+    EXPECT_NE(CLSIDFromString(text, &classId), S_OK) << text;
+  }
+}
+
+TEST(HostStorage, TellsDocuments) {
+  EXPECT_EQ(StgIsStorageFile(PutDocument(L"document", CLASS, {}).c_str()), S_OK);
+  EXPECT_EQ(StgIsStorageFile(PutFile(L"plain", "plain text").c_str()), S_FALSE);
+  EXPECT_EQ(StgIsStorageFile(PutFile(L"nothing", "").c_str()), S_FALSE);
+  EXPECT_LT(StgIsStorageFile(MissingPath().c_str()), 0);
+  IStorage* storage = nullptr;
+  EXPECT_LT(StgOpenStorage(MissingPath().c_str(), nullptr, 0x20, nullptr, 0, &storage), 0);
+  EXPECT_EQ(storage, nullptr);
+}
+
+TEST(HostStorage, OpensStreamsByName) {
+  const std::string longContent(6'000, 'l');
+  const std::wstring path =
+      PutDocument(L"document", CLASS, {{L"WordDocument", longContent}, {L"Contents", "short"}});
+  InterfaceOwner<IStorage> storage;
+  ASSERT_EQ(StgOpenStorage(path.c_str(), nullptr, 0x20, nullptr, 0, storage.Receive()), S_OK);
+  CLSID classId = {};
+  EXPECT_EQ(ReadClassStg(storage.get(), &classId), S_OK);
+  EXPECT_EQ(std::memcmp(&classId, &CLASS, sizeof classId), 0);
+
+  const auto read = [&storage](const wchar_t* name, std::uint32_t count) {
+    InterfaceOwner<IStream> stream;
+    std::string bytes(count, '?');
+    std::uint32_t got = 0;
+    if (storage->OpenStream(name, nullptr, 0x10, 0, stream.Receive()) < 0) {
+      EXPECT_EQ(stream.get(), nullptr);
+      return std::string("missing");
+    }
+    stream->Read(bytes.data(), count, &got);
+    return bytes.substr(0, got);
+  };
+  EXPECT_EQ(read(L"WordDocument", 9'000), longContent);
+  EXPECT_EQ(read(L"wORDdOCUMENT", 3), "lll");
+  EXPECT_EQ(read(L"Contents", 100), "short");
+  EXPECT_EQ(read(L"Contents", 0), "");
+  EXPECT_EQ(read(L"Content", 5), "missing");
+}
+
+TEST(HostLibrary, IsHarmlessWithoutItsModule) {
+  for (const wchar_t* name : {L"NoSuchModule", L"/no/such/Module", L""}) {
+    const TvnStringT<wchar_t> text(name);
+    TvnUtils::TvnLibrary library(text);
+    EXPECT_FALSE(library.IsLoaded());
+    EXPECT_FALSE(library.Load());
+    EXPECT_FALSE(library.IsLoaded());
+    EXPECT_EQ(library.GetSymbol("CheckForRaw"), nullptr);
+    EXPECT_FALSE(library.Unload());
+  }
+}
+
+TEST(HostConfig, NamesAFolderOfFilters) {
+  EXPECT_FALSE(TvnConfig::INIGetFiltersDir().View().empty());
+}
+
+}  // namespace
+}  // namespace typescout::tests

@@ -1,0 +1,26 @@
+#include "tests/contract/fixture.h"
+#include "tests/support/compound_writer.h"
+#include "tests/support/temp_folder.h"
+
+namespace typescout::tests {
+namespace {
+
+const TempFolder& Folder() {
+  static const TempFolder FOLDER;
+  return FOLDER;
+}
+
+}  // namespace
+
+std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
+  return Folder().Write(name, bytes).wstring();
+}
+
+std::wstring PutDocument(const std::wstring& name, const CLSID& classId,
+                         const std::map<std::wstring, std::string>& streams) {
+  return PutFile(name, WriteCompound(streams, {.classId = classId}));
+}
+
+std::wstring MissingPath() { return (Folder().path() / "missing").wstring(); }
+
+}  // namespace typescout::tests

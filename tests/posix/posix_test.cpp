@@ -1,0 +1,217 @@
+// What only a POSIX system has: names of any bytes, special files, modules in folders.
+#include <dirent.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "host/library.h"
+#include "host/posix/regular_file.h"
+#include "host/posix/wide_path.h"
+#include "tests/samples/sample.h"
+#include "tests/support/temp_folder.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
+
+int OpenDescriptors() {
+  int count = 0;
+  DIR* folder = opendir("/proc/self/fd");
+  while (readdir(folder) != nullptr) ++count;
+  closedir(folder);
+  return count;
+}
+
+class Posix : public testing::Test {
+ protected:
+  ~Posix() override { EXPECT_EQ(OpenDescriptors(), descriptors_); }
+
+  std::wstring Wide(const std::string& name) const {
+    return std::wstring(posix_host::WidePath((folder_.path() / name).string()).View());
+  }
+  int Scan(const std::string& name) const { return TypeScoutFile(Wide(name).c_str()); }
+
+  const TempFolder folder_;
+
+ private:
+  const int descriptors_ = OpenDescriptors();
+};
+
+TEST(PathBytes, TurnsWidePathsIntoBytes) {
+  const struct {
+    std::wstring path;
+    const char* bytes;
+  } CASES[] = {
+      {L"", ""},
+      {L"/a\\b", "/a\\b"},
+      {L"\x7F\x80\x7FF\x800\xFFFF", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
+      {L"\xD7FF\xE000", "\xED\x9F\xBF\xEE\x80\x80"},
+      {{static_cast<wchar_t>(0x10000), static_cast<wchar_t>(0x10FFFF)},
+       "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+      {{static_cast<wchar_t>(0xDC80), static_cast<wchar_t>(0xDCFF)}, "\x80\xFF"},
+  };
+  for (const auto& c : CASES) {
+    EXPECT_STREQ(posix_host::PathBytes(c.path.c_str()).get(), c.bytes);
+    EXPECT_EQ(posix_host::WidePath(c.bytes).View(), c.path) << c.bytes;
+  }
+  for (const int c : {0xD800, 0xDBFF, 0xDC00, 0xDC7F, 0xDD00, 0xDFFF, 0x110000, 0x7FFFFFFF, -1}) {
+    const std::wstring path = {L'a', static_cast<wchar_t>(c)};
+    EXPECT_EQ(posix_host::PathBytes(path.c_str()).get(), nullptr) << std::hex << c;
+  }
+  EXPECT_EQ(posix_host::PathBytes(nullptr).get(), nullptr);
+  const std::wstring longest(259, static_cast<wchar_t>(0x10FFFF));
+  ASSERT_NE(posix_host::PathBytes(longest.c_str()).get(), nullptr);
+  EXPECT_EQ(std::strlen(posix_host::PathBytes(longest.c_str()).get()), 4 * 259u);
+}
+
+TEST(PathBytes, GivesEveryNameBack) {
+  // No valid UTF-8: bytes alone, cut, too long, surrogates, beyond the last character.
+  for (const char* bytes : {"\x80", "\xC3", "\xC3(", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80",
+                            "\xF4\x90\x80\x80", "\xF0\x9F\x98", "\xFF\xFE", "a\xE9z"}) {
+    EXPECT_STREQ(posix_host::PathBytes(posix_host::WidePath(bytes)).get(), bytes);
+  }
+}
+
+TEST_F(Posix, OpensNamesOfAnyBytes) {
+  for (const char* name : {"\xC3\xA9", "\xE9", "\xF0\x9F\x98\x80", "a\nb", "\xED\xB2\x80", "\\"}) {
+    folder_.Write(name, PNG);
+    EXPECT_EQ(Scan(name), 0x0322) << name;
+  }
+}
+
+TEST_F(Posix, OpensRegularFilesOnly) {
+  const std::string fifo = folder_.path() / "fifo";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  std::string(folder_.path() / "socket").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  close(listener);
+  std::filesystem::create_directory(folder_.path() / "folder");
+  std::filesystem::create_symlink("/dev/zero", folder_.path() / "device");
+  std::filesystem::create_symlink("loop", folder_.path() / "loop");
+  for (const char* name : {"fifo", "socket", "folder", "device", "loop"}) {
+    EXPECT_EQ(Scan(name), 0) << name;
+    posix_host::RegularFile file;
+    errno = 0;
+    EXPECT_FALSE(file.Open(Wide(name).c_str())) << name;
+    EXPECT_NE(errno, 0) << name;
+    // The caller's bytes stand in, and the compound-document test is as careful.
+    std::string png = PNG;
+    int index = 40;
+    EXPECT_EQ(CheckFiltersFromList(Wide(name).data(), &index, 1, 8,
+                                   reinterpret_cast<unsigned char*>(png.data()), 0),
+              0x0322);
+  }
+}
+
+TEST_F(Posix, ReportsWhatItMayNotRead) {
+  folder_.Write("secret", PNG);
+  chmod((folder_.path() / "secret").c_str(), 0);
+  EXPECT_EQ(Scan("secret"), geteuid() == 0 ? 0x0322 : 0);
+}
+
+TEST_F(Posix, ReadsBeyondFourGigabytes) {
+  const std::filesystem::path path = folder_.Write("huge", "start");
+  constexpr std::uint64_t SIZE = 0x1'4000'0000;
+  if (truncate(path.c_str(), SIZE) != 0) GTEST_SKIP() << "no sparse files here";
+  posix_host::RegularFile file;
+  ASSERT_TRUE(file.Open(Wide("huge").c_str()));
+  EXPECT_EQ(file.size(), SIZE);
+  char bytes[4] = {1, 1, 1, 1};
+  EXPECT_EQ(file.ReadAt(SIZE - 2, bytes, 4), 2u);
+  EXPECT_EQ(file.ReadAt(0xFFFF'FFFF'FFFF'FFFF, bytes, 4), 0u);
+  file.Close();
+  // A GIF whose data goes on for more than can be read in one piece is taken for what the head
+  // says.
+  const std::string gif = PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08\xFF" + Fill(254, 'x');
+  std::string head = gif.substr(0, 24);
+  while (head.size() < 50'000) head += "\xFF" + Fill(255, 'x');
+  folder_.Write("huge.gif", head);
+  ASSERT_EQ(truncate((folder_.path() / "huge.gif").c_str(), SIZE), 0);
+  EXPECT_EQ(Scan("huge.gif"), 0x0305);
+}
+
+TEST_F(Posix, LeavesNothingOpenForAnyAnswer) {
+  folder_.Write("png", PNG);
+  folder_.Write("text", "text\n");
+  folder_.Write("document", Bytes("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") + Fill(600));
+  for (const char* name : {"png", "text", "document", "missing"}) Scan(name);
+}
+
+// The modules of the suite, by the real loader. The test's own module is copied to where they lie:
+// the decoder beside the typescout module, the PDF module in the folder of filters.
+TEST_F(Posix, AsksTheModulesOfTheSuite) {
+  const std::filesystem::path filters = folder_.path() / "filters";
+  std::filesystem::create_directory(filters);
+  std::filesystem::copy_file(TEST_MODULE_FILE, filters / "TvnPDFImport.so");
+  setenv("TVN_FILTERS_DIR", filters.c_str(), 1);
+  for (const char* name : {"a2", "a8", "a0"}) folder_.Write(name, "%PDF-1.7");
+  EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0), 1);
+  EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0x0503), 0);
+  EXPECT_EQ(CheckOneFilter(Wide("a8").c_str(), 0x0535, 0x0503), 1);
+  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 0);
+  folder_.Write("a!", "%PDF-1.7");
+  EXPECT_THROW(CheckOneFilter(Wide("a!").c_str(), 0x0535, 0), std::runtime_error);
+  setenv("TVN_FILTERS_DIR", (folder_.path() / "elsewhere").c_str(), 1);
+  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1) << "every PDF, without the module";
+  unsetenv("TVN_FILTERS_DIR");
+  // Nothing stays loaded.
+  const std::filesystem::path module = filters / "TvnPDFImport.so";
+  std::ifstream maps("/proc/self/maps");
+  for (std::string line; std::getline(maps, line);) {
+    EXPECT_EQ(line.find(module.string()), std::string::npos) << line;
+  }
+}
+
+TEST_F(Posix, LooksForModulesBesideItselfOnly) {
+  folder_.Write("photo+", "raw");
+  folder_.Write("photo!", "raw");
+  // In the current folder, and on the loader's search path: not looked at.
+  std::filesystem::copy_file(TEST_MODULE_FILE, folder_.path() / "DCRaw.so");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  setenv("LD_LIBRARY_PATH", folder_.path().c_str(), 1);
+  EXPECT_EQ(CheckOneFilter(Wide("photo+").c_str(), 0x0337, 0), 0);
+  unsetenv("LD_LIBRARY_PATH");
+  std::filesystem::current_path(before);
+
+  const std::filesystem::path beside =
+      std::filesystem::path(TYPESCOUT_FILE).parent_path() / "DCRaw.so";
+  std::filesystem::copy_file(TEST_MODULE_FILE, beside,
+                             std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(CheckOneFilter(Wide("photo+").c_str(), 0x0337, 0), 1);
+  EXPECT_EQ(CheckOneFilter(Wide("photo").c_str(), 0x0337, 0), 0);
+  EXPECT_THROW(TypeScoutFile(Wide("photo!").c_str()), std::runtime_error);
+  std::filesystem::remove(beside);
+}
+
+TEST_F(Posix, TakesAPathWithoutExtensionForAModule) {
+  std::filesystem::copy_file(TEST_MODULE_FILE, folder_.path() / "Some.so");
+  for (const char* name : {"Some", "Some.so"}) {
+    const std::wstring path = Wide(name);
+    const TvnPlatform::TvnStringT<wchar_t> text(path.c_str());
+    TvnUtils::TvnLibrary library(text);
+    EXPECT_TRUE(library.Load()) << name;
+    EXPECT_TRUE(library.Load()) << "still";
+    EXPECT_NE(library.GetSymbol("CheckForRaw"), nullptr);
+    EXPECT_EQ(library.GetSymbol("CheckForRAW"), nullptr);
+    EXPECT_TRUE(library.Unload());
+    EXPECT_FALSE(library.IsLoaded());
+  }
+}
+
+}  // namespace
+}  // namespace typescout::tests
