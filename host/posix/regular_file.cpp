@@ -67,21 +67,20 @@ bool RegularFile::Open(const wchar_t* path) {
     errno = EINVAL;
     return false;
   }
-  // Looked at before it is opened, since opening is not harmless for everything: it can wake the
-  // writer of a pipe or rewind a tape. Looked at again afterwards, since it may have been exchanged
-  // in between; O_NONBLOCK, for the same reason.
-  struct stat status;
-  const auto isRegular = [&status] {
-    errno = EINVAL;
-    return S_ISREG(status.st_mode);
-  };
-  if (stat(bytes.get(), &status) != 0 || !isRegular()) return false;
+  // O_NONBLOCK: a pipe without a writer, a device without a medium must not keep anybody waiting. It
+  // means nothing to a regular file.
   do {
     descriptor_ = open(bytes.get(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   } while (descriptor_ < 0 && errno == EINTR);
   if (descriptor_ < 0) return false;
-  if (fstat(descriptor_, &status) != 0 || !isRegular()) {
+  struct stat status;
+  if (fstat(descriptor_, &status) != 0) {
     Close();
+    return false;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    Close();
+    errno = EINVAL;
     return false;
   }
   size_ = static_cast<std::uint64_t>(status.st_size);
