@@ -15,8 +15,8 @@ constexpr int ENOUGH = 2;  // signs of such commands
 // `limit` or beyond when there is none before it.
 Position NextCommand(ByteView head, Position at, Position limit) {
   for (; at < limit; ++at) {
-    if (head.U8(at) != OPENING)
-      at = head.Find(OPENING, at);  // not a call for each in a row of them
+    // A row of opening bytes is not worth a search for each.
+    if (head.U8(at) != OPENING) at = head.Find(OPENING, at);
     if (at == ByteView::NOT_FOUND) return limit;
     if (IsAsciiUpper(head.U8(at + 1)) && IsAsciiUpper(head.U8(at + 2))) return at;
   }
@@ -34,37 +34,35 @@ int CountSeparators(ByteView head, Position command, Position limit) {
   return count;
 }
 
-bool OpensAsText(ByteView head) { return head.U8(0) != 0 && head.U8(1) != 0 && head.U8(2) != 0; }
-
 }  // namespace
 
 // Positions are 16-bit numbers here and wrap: that is what decides about long files. The text ends
-// at the first zero byte, but commands are looked for behind it too.
+// at the first zero byte, but commands are looked for behind it too; with such a byte among the
+// first three there is no text.
 //
 // The closing byte is looked for from the first opening byte on. The first command to find it moves
 // the position by the distance between the two, which may take it back to the start; the second is
 // enough. So the loop ends.
 std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  if (!OpensAsText(head)) return 0;
   const Position zero = head.Find(0);
   const ByteView text = zero == ByteView::NOT_FOUND ? head : head.First(zero);
   const Position opening = text.Find(OPENING);
-  if (opening == ByteView::NOT_FOUND) return 0;
+  if (text.size() < 3 || opening == ByteView::NOT_FOUND) return 0;
   const Position closing = text.Find(CLOSING, opening);
 
   const auto limit = static_cast<std::uint16_t>(head.size() - 2);
-  int count = 0;
-  for (auto at = static_cast<std::uint16_t>(opening); at < limit && count < ENOUGH;) {
+  auto at = static_cast<std::uint16_t>(opening);
+  for (int count = 0; count < ENOUGH;) {
     const Position command = NextCommand(head, at, limit);
-    if (command >= limit) break;
+    if (command >= limit) return 0;
     count += CountSeparators(head, command, limit);
     at = static_cast<std::uint16_t>(command + 1);
     if (closing == ByteView::NOT_FOUND) continue;
     at = static_cast<std::uint16_t>(at + closing - opening);
     ++count;
   }
-  return count >= ENOUGH;
+  return 1;
 }
 
 }  // namespace typescout

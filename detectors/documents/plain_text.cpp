@@ -9,10 +9,8 @@
 namespace typescout {
 namespace {
 
-constexpr FilterId NOT_TEXT = 0;
-constexpr FilterId OTHER_TEXT = 0x0901;
-constexpr FilterId SEVEN_BIT_TEXT = 0x0902;
-constexpr FilterId EIGHT_BIT_TEXT = 0x0903;
+// The last three are what the filters 0x0902, 0x0903 and 0x0901 are for.
+enum class TextClass { NOT_TEXT, SEVEN_BIT, EIGHT_BIT, OTHER };
 
 // What text does not hold: control characters other than tab, line feed, form feed and carriage
 // return. Without a branch, so that the compiler can look at many bytes at once.
@@ -51,21 +49,21 @@ bool HasLongLines(const ByteView& text) {
   return lines > 0 && lastEnd / lines > LONG_LINE;
 }
 
-FilterId Classify(ByteView text) {
+TextClass Classify(ByteView text) {
   constexpr std::uint8_t END_OF_FILE = 0x1A;  // allowed as the last byte
   constexpr std::uint8_t HIGHEST_LETTER = 0xE1;
-  if (text.size() == 0 || text.MatchesNoCase(0, "{\\rtf")) return NOT_TEXT;
+  if (text.size() == 0 || text.MatchesNoCase(0, "{\\rtf")) return TextClass::NOT_TEXT;
   if (text.U8(text.size() - 1) == END_OF_FILE) text = text.First(text.size() - 1);
   const std::optional<std::uint8_t> highest = HighestByte(text.Text());
-  if (!highest) return NOT_TEXT;
-  if (*highest > HIGHEST_LETTER || HasLongLines(text)) return OTHER_TEXT;
-  return *highest > 0x7F ? EIGHT_BIT_TEXT : SEVEN_BIT_TEXT;
+  if (!highest) return TextClass::NOT_TEXT;
+  if (*highest > HIGHEST_LETTER || HasLongLines(text)) return TextClass::OTHER;
+  return *highest > 0x7F ? TextClass::EIGHT_BIT : TextClass::SEVEN_BIT;
 }
 
 // The class of the file, by its first bytes; NOT_TEXT when it cannot be read.
-FilterId ClassifyPlainText(const ProbeContext* probe) {
+TextClass ClassifyPlainText(const ProbeContext* probe) {
   FileOwner file;
-  if (!file.Open(probe->path)) return NOT_TEXT;
+  if (!file.Open(probe->path)) return TextClass::NOT_TEXT;
   unsigned char buffer[5'000];
   return Classify({buffer, file->Read(buffer, sizeof buffer)});
 }
@@ -73,16 +71,16 @@ FilterId ClassifyPlainText(const ProbeContext* probe) {
 }  // namespace
 
 std::int32_t DetectShortLineText(const ProbeContext* probe) {
-  const FilterId textClass = ClassifyPlainText(probe);
-  return textClass == SEVEN_BIT_TEXT || textClass == EIGHT_BIT_TEXT;
+  const TextClass textClass = ClassifyPlainText(probe);
+  return textClass == TextClass::SEVEN_BIT || textClass == TextClass::EIGHT_BIT;
 }
 
 std::int32_t DetectAnyText(const ProbeContext* probe) {
-  return ClassifyPlainText(probe) != NOT_TEXT;
+  return ClassifyPlainText(probe) != TextClass::NOT_TEXT;
 }
 
 std::int32_t DetectSevenBitText(const ProbeContext* probe) {
-  return ClassifyPlainText(probe) == SEVEN_BIT_TEXT;
+  return ClassifyPlainText(probe) == TextClass::SEVEN_BIT;
 }
 
 }  // namespace typescout

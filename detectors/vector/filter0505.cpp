@@ -23,9 +23,10 @@ class RecordWalk {
 
   void PassRecord() { at_ += 2 + head_.U8(at_ + 1); }
   void PassMark() { at_ += 4; }
+  // Up to the end of the head at most: zeros follow it.
   void PassFillers() {
     constexpr std::uint8_t FILLER = 0x01;
-    while (at_ < head_.size() - 2 && head_.U8(at_) == FILLER) PassRecord();
+    while (head_.U8(at_) == FILLER) PassRecord();
   }
 
   // Whether fewer than three bytes are left: too few for a record that counts.

@@ -8,7 +8,7 @@
 namespace typescout::tests {
 namespace {
 
-std::string CompoundHead() { return PadTo(512, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
+std::string CompoundHead() { return PadTo(64, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
 
 // A compound document with one stream.
 Sample Compound(const std::string& name, Detector detector, const std::wstring& stream,
@@ -159,6 +159,8 @@ std::vector<Sample> Cgm() {
        Bytes("\0\x3E") + Fill(2) + Fill(28, '@') + version + more, YES},
       {"CGM binary, name of 32 bytes", DetectCgm,
        Bytes("\0\x3F\0\x20") + Fill(32, '@') + version + more, YES},
+      {"CGM binary, name of 32 bytes, then a line", DetectCgm,
+       Bytes("\0\x3F\0\x20") + Fill(32) + more, NO},
       {"CGM binary, name of 33 bytes and a pad", DetectCgm,
        Bytes("\0\x3F\0\x21") + Fill(34, '@') + version + more, YES},
       {"CGM binary, name of 32768 bytes", DetectCgm, Bytes("\0\x3F\x80\0") + more, YES},

@@ -64,11 +64,7 @@ TEST_F(CallersBytes, NeedNoPath) {
 // Positions among the commands are 16-bit numbers: of 70,000 bytes only 4,462 are looked at, of
 // 65,538 none.
 TEST_F(CallersBytes, MayBeManyInTheSearchForCommands) {
-  const std::string commands =
-      "\xAE"
-      "MD\xAF"
-      "x\xAE"
-      "XY";
+  const std::string commands = "\xAEMD\xAFx\xAEXY";
   const std::string plain = Fill(70'000, '.');
   EXPECT_TRUE(Check(0x080E, Patch(plain, 0, commands)));
   EXPECT_TRUE(Check(0x080E, Patch(plain, 4'456, commands)));
@@ -86,17 +82,12 @@ TEST_F(CallersBytes, CannotKeepTheSearchForCommandsGoing) {
     return bytes.substr(0, size);
   };
   for (const std::size_t size : {50'000U, 65'537U, 70'000U}) {
-    for (const char* unit : {"\xAE", "\xAF", "\xAE\xAF",
-                             "\xAE"
-                             "AA",
-                             "\xAETS", "\xAETS.,"}) {
+    for (const char* unit : {"\xAE", "\xAF", "\xAE\xAF", "\xAEZZ", "\xAETS", "\xAETS.,"}) {
       const bool hasCommas = std::string(unit).ends_with(",");
       EXPECT_EQ(Check(0x080E, repeated(unit, size)), hasCommas) << unit << ", " << size;
     }
     // One command and the closing byte in the last place: the position starts over or leaves.
-    const std::string once = Patch(repeated("\xAE", size), size - 4,
-                                   "\xAE"
-                                   "AB\xAF");
+    const std::string once = Patch(repeated("\xAE", size), size - 4, "\xAEXY\xAF");
     EXPECT_EQ(Check(0x080E, once), size == 50'000U) << size;
   }
 }
