@@ -77,7 +77,7 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
      "Colour on a terminal (auto), always or never. NO_COLOR in the environment turns auto off."},
 
     {0, "fail-on", "LIST", &O::failOnText, "unknown mismatch unreadable", RUN,
-     "Exit with status 1 when any input is one of these, separated by commas."},
+     "Exit with status 1 when any input is one of LIST: unknown, mismatch, unreadable, separated by commas."},
     {'j', "jobs", "N", &O::jobsText, "", RUN,
      "Examine N files at a time; as many as there are cores when not given. The output is the same for every N."},
     {0, "progress", "[WHEN]", &O::progress, WHEN, RUN,

@@ -58,6 +58,7 @@ class Runner {
     }
     output_.Append(writer_->End());
     output_.Flush();
+    CheckOutput();
     progress_.Clear();
     if (options_.summary) Summarise();
     return Status();
