@@ -98,7 +98,7 @@ constexpr std::array<Filter, FILTER_COUNT> FILTERS = {{
     /*  88 */ {0x080E, "guillemet-commands",      "Text with commands in guillemets",         "",                                              "",                                                ""},
     /*  89 */ {0x080F, "ver-header",              "Text opening with [ver]",                  "",                                              "",                                                ""},
     /*  90 */ {0x0812, "filter-0812",             "Document 0x0812",                          "",                                              "",                                                ""},
-    /*  91 */ {0x0813, "filter-0813",             "Document 0x0813",                          "",                                              "",                                                ""},
+    /*  91 */ {0x0813, "filter-0813",             "Document 0x0813",                          "",                                              "",                                                "27"},
     /*  92 */ {0x0903, "short-line-text",         "Plain text, short lines",                  "text/plain",                                    "txt asc text",                                    ""},
     /*  93 */ {0x0901, "text",                    "Plain text",                               "text/plain",                                    "txt asc text",                                    ""},
     /*  94 */ {0x0902, "ascii-text",              "Plain text, seven-bit",                    "text/plain",                                    "txt asc text",                                    "92"},
