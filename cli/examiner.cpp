@@ -55,6 +55,11 @@ struct Examiner::Subject {
 };
 
 Examiner::Examiner(const Options& options) : options_(options), rows_(options.candidates) {
+  if (options.check != 0) {
+    const Filter* filter = FindFilter(options.check);
+    // Identifiers without a row match nothing, as row 0 does.
+    rows_ = {filter == nullptr ? 0 : std::max(RowOf(*filter), 0)};
+  }
   if (!rows_.empty()) return;
   rows_.resize(FILTER_COUNT);
   std::iota(rows_.begin(), rows_.end(), 0);
@@ -70,11 +75,8 @@ int Examiner::Ask(const Subject& subject, const std::vector<int>& rows) const {
 }
 
 int Examiner::FirstAnswer(const Subject& subject) const {
-  if (options_.check != 0 && subject.path) {
-    return CheckOneFilter(subject.Path(), options_.check, options_.requested) != 0 ? options_.check
-                                                                                   : 0;
-  }
-  const bool isPlainScan = options_.candidates.empty() && options_.requested == 0;
+  const bool asksAll = options_.candidates.empty() && options_.check == 0;
+  const bool isPlainScan = asksAll && options_.requested == 0;
   return isPlainScan && subject.path ? TypeScoutFile(subject.Path()) : Ask(subject, rows_);
 }
 
