@@ -1,59 +1,50 @@
 // typescout: says which import filter can read a file.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <exception>
+#include <string>
+#include <vector>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
-#include "cli/filter_table.h"
-#include "cli/names.h"
-#include "typescout/typescout.h"
+#include "cli/help.h"
+#include "cli/options.h"
+#include "cli/output.h"
+#include "cli/platform.h"
+#include "cli/run.h"
+#include "cli/writers.h"
 
 namespace {
 
 using namespace typescout::cli;
 
-constexpr int UNREADABLE = 2;
-constexpr int USAGE = 64;
-
-// Why the file cannot be read, or 0 when it can.
-int ReasonUnreadable(const char* path) {
-  struct stat status = {};
-  if (stat(path, &status) != 0) return errno;
-  if (S_ISDIR(status.st_mode)) return EISDIR;
-  if (!S_ISREG(status.st_mode)) return 0;
-  const int file = open(path, O_RDONLY | O_CLOEXEC);
-  if (file < 0) return errno;
-  close(file);
-  return 0;
+int Print(const std::string& text) {
+  Output output;
+  output.Append(text);
+  output.Flush();
+  if (output.error() == 0) return ExitStatus::DONE;
+  if (platform::IsClosedPipe(output.error())) platform::EndClosedPipe();
+  Complain("standard output: " + platform::ErrorText(output.error()));
+  return ExitStatus::OUTPUT_FAILED;
 }
 
-bool Report(const char* path) {
-  const int id = TypeScoutFile(ToWide(path).c_str());
-  if (id == 0) {
-    if (const int reason = ReasonUnreadable(path); reason != 0) {
-      std::fprintf(stderr, "typescout: %s: %s\n", path, std::strerror(reason));
-      return false;
-    }
+int Main(const std::vector<std::string>& arguments) {
+  Options options;
+  if (const std::string wrong = ParseOptions(arguments, &options); !wrong.empty()) {
+    Complain(wrong);
+    return ExitStatus::USAGE;
   }
-  const Filter* filter = FindFilter(id);
-  const std::string name(filter == nullptr ? "unknown" : filter->name);
-  std::printf("%s: %s %s\n", path, FormatId(id).c_str(), name.c_str());
-  return true;
+  if (options.help) return Print(HelpText());
+  if (options.version) return Print("typescout " TYPESCOUT_VERSION "\n");
+  if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION));
+  if (!options.completion.empty()) return Print(CompletionScript(options.completion));
+  if (options.listFilters) return Print(FilterList(options.json));
+  return Run(options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: typescout FILE...\n");
-    return USAGE;
+  try {
+    return Main(platform::Arguments(argc, argv));
+  } catch (const std::exception& error) {
+    Complain(error.what());
+    return ExitStatus::FAILED;
   }
-  int status = 0;
-  for (int i = 1; i < argc; ++i) {
-    if (!Report(argv[i])) status = UNREADABLE;
-  }
-  return status;
 }

@@ -1,0 +1,472 @@
+#!/usr/bin/env python3
+"""Runs the program and looks at all that comes out of it.
+
+Usage: program_test.py TYPESCOUT STUB_MODULE PDF_MODULE MANUAL [unittest's options]
+  TYPESCOUT    the program
+  STUB_MODULE  stub_module.cpp, to stand in for the library
+  PDF_MODULE   counting_module.cpp, to be found as an import module
+  MANUAL       docs/typescout.1
+"""
+import base64
+import csv
+import io
+import json
+import os
+import pty
+import random
+import shlex
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM, STUB_MODULE, PDF_MODULE, MANUAL = map(os.path.abspath, sys.argv[1:5])
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+GIF = b"GIF89a\1\0\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\2\2D\1\0;"
+PNG = b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR"
+ICON = b"\0\0\1\0\1\0\x10\x10\0\0\1\0\x20\0"
+TIFF = b"II*\0\x08\0\0\0\0\0"
+NOISE = b"\x07\x99\x13\x37" * 16
+TEXT = b"All is well.\r\n"
+HTML = b"<html><title>Hello</title>\r\n"
+# With a preview, for which the Illustrator filter wants to be asked for by its identifier.
+DOS_EPS = (b"\xc5\xd0\xd3\xc6\x20\0\0\0\x40\0\0\0" + b"\1" * 20 +
+           b"\n%%Creator: Adobe Illustrator(R) 8.0\n%%BoundingBox: 0 0 1 1\n%%EndSetup\n")
+
+CONTENTS = {
+    "holiday.gif": GIF, "HOLIDAY.GIF": GIF, ".gif": GIF, "wrong.jpg": GIF, "[a,b]": GIF, "-r": GIF,
+    "--json": GIF, "logo.png": PNG, "notes.txt": TEXT, "notes.c": TEXT, "notes.jpg": TEXT,
+    "page.html": HTML, "noise.bin": NOISE, "empty.gif": b"", "favicon.ico": ICON,
+    "favicon.tga": ICON, "favicon.dat": ICON, "scan.tif": TIFF, "scan": TIFF, "ai.eps": DOS_EPS,
+    "list": b"holiday.gif\n\nnoise.bin", "folder/a.gif": GIF, "folder/c.gif": GIF,
+    "folder/b/deep.gif": GIF,
+}
+LINKS = {"dangling": "missing", "circle": "circle", "link-to-folder": "folder",
+         "folder/b/up": "../../folder"}
+
+
+def run(*arguments, **options):
+    options.setdefault("stdin", subprocess.DEVNULL)
+    if "input" in options:
+        del options["stdin"]
+    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=120, **options)
+
+
+def write(path, content):
+    os.makedirs(os.path.dirname(path) or ".", exist_ok=True)
+    with open(path, "wb") as file:
+        file.write(content)
+
+
+class InTemporaryFolder(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="typescout-")
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder)
+
+
+class Transcript(InTemporaryFolder):
+    def setUp(self):
+        super().setUp()
+        for path, content in CONTENTS.items():
+            write(path, content)
+        for path, target in LINKS.items():
+            os.symlink(target, path)
+        os.mkfifo("pipe")
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind("socket")
+
+    def test_transcript(self):
+        for command, output, messages, status in self.commands():
+            with self.subTest(command):
+                words = shlex.split(command)[1:]
+                stdin = None
+                if words and words[-1].startswith("<"):
+                    stdin = os.open(words.pop()[1:], os.O_RDONLY)
+                result = run(*words, stdin=stdin or subprocess.DEVNULL)
+                if stdin:
+                    os.close(stdin)
+                self.assertEqual(result.stdout.decode().replace("\r\n", "\n"), output)
+                self.assertEqual(result.stderr.decode(), messages)
+                self.assertEqual(result.returncode, status)
+
+    @staticmethod
+    def commands():
+        with open(os.path.join(HERE, "transcript.txt"), encoding="utf-8") as file:
+            lines = [line for line in file if line.strip() and not line.startswith("#")]
+        found = []
+        for line in lines:
+            if line.startswith("$ "):
+                found.append([line[2:].strip(), "", "", 0])
+            elif line.startswith("! "):
+                found[-1][2] += line[2:]
+            elif line.startswith("? "):
+                found[-1][3] = int(line[2:])
+            else:
+                found[-1][1] += line
+        return found
+
+
+HOSTILE = [b"new\nline.gif", b"\x1b[31mred.gif", b"tab\tbed.gif", b'quo"ted.gif', b"com,ma.gif",
+           b"back\\slash.gif", b"\xff\xfe.gif", b"\xed.gif", b"lone\xed\xa0\x80.gif", b"cr\rlf.gif",
+           b"del\x7f.gif", b"c1\xc2\x9b31m.gif", "häßlich-日本-🎈.gif".encode(), b" .gif", b"'.gif",
+           b"{path}.gif", b"%s.gif", b"[x].gif", b"\x01one.gif", b"-.gif"]
+
+
+class HostileNames(InTemporaryFolder):
+    def setUp(self):
+        super().setUp()
+        for name in HOSTILE:
+            write(name, GIF)
+        self.names = sorted(HOSTILE)
+
+    def outputs(self, *options):
+        return run(*options, "--", *self.names).stdout, run(*options, "-r", ".").stdout
+
+    def test_text(self):
+        for output, prefix in zip(self.outputs("-0"), (b"", b"./")):
+            lines = output.split(b"\0")
+            self.assertEqual(lines, [prefix + name + b": 0x0305 GIF picture"
+                                     for name in self.names] + [b""])
+
+    def test_json(self):
+        named, walked = (json.loads(output.decode("utf-8")) for output in self.outputs("--json"))
+        by_line = [json.loads(line) for line in
+                   run("--jsonl", "--", *self.names).stdout.decode("utf-8").splitlines()]
+        self.assertEqual(named, by_line)
+        for records, prefix in (named, b""), (walked, b"./"):
+            self.assertEqual([self.path(record) for record in records],
+                             [prefix + name for name in self.names])
+        self.assertEqual({record["id"] for record in named + walked}, {"0x0305"})
+
+    def path(self, record):
+        if "path_bytes" not in record:
+            return record["path"].encode("utf-8")
+        true_bytes = base64.b64decode(record["path_bytes"], validate=True)
+        with self.assertRaises(UnicodeDecodeError):
+            true_bytes.decode("utf-8")
+        self.assertIn("\ufffd", record["path"])
+        return true_bytes
+
+    def test_csv(self):
+        output = run("--csv", "--", *self.names).stdout
+        text = io.StringIO(output.decode("utf-8", "surrogateescape"), newline="")
+        rows = list(csv.DictReader(text, strict=True))
+        self.assertEqual([os.fsencode(row["path"]) for row in rows], self.names)
+        self.assertEqual({(row["id"], row["reason"]) for row in rows}, {("0x0305", "")})
+
+    def test_template(self):
+        output = run("-0", "--format", "{path}|{extension}", "--", *self.names).stdout
+        self.assertEqual(output.split(b"\0")[:-1], [name + b"|gif" for name in self.names])
+
+    def test_list(self):
+        output = run("-0b", "--format", "{path}", "--null", "-f", "-",
+                     input=b"\0".join(self.names)).stdout
+        self.assertEqual(output.split(b"\0")[:-1], self.names)
+
+    def test_messages(self):
+        result = run("--", *[name + b"x" for name in self.names])
+        self.assertEqual(result.stderr, b"".join(
+            b"typescout: " + name + b"x: No such file or directory\n" for name in self.names))
+
+    def test_terminal_gets_no_control_bytes(self):
+        master, terminal = pty.openpty()
+        with subprocess.Popen([PROGRAM, "--color=never", "--", *self.names, b"no\x1b[5mne"],
+                              stdout=terminal, stderr=terminal) as process:
+            os.close(terminal)
+            shown = b""
+            try:
+                while piece := os.read(master, 65536):
+                    shown += piece
+            except OSError:
+                pass  # what Linux says when the other side is closed
+        os.close(master)
+        lines = shown.replace(b"\r\n", b"\n").decode("utf-8").splitlines()
+        self.assertEqual(len(lines), len(self.names) + 1)
+        self.assertFalse([c for c in "".join(lines) if not c.isprintable()])
+        for expected in ("new\\nline.gif: ", "\\x1B[31mred.gif: ", "\\xED.gif: ", "c1\\xC2\\x9B31m",
+                         "back\\\\slash.gif: ", "häßlich-日本-🎈.gif: ", "no\\x1B[5mne: "):
+            self.assertIn(expected, "\n".join(lines))
+        self.assertEqual(process.returncode, 2)
+
+
+class Tree(InTemporaryFolder):
+    """A few thousand files with all that a tree can hold."""
+
+    FILES = 3000
+    DEPTH = 80  # of folders with names of 60 characters: beyond 4,096 bytes
+
+    def setUp(self):
+        super().setUp()
+        chance = random.Random(6)
+        kinds = [("gif", GIF, "gif"), ("ico", ICON, "tga"), ("tif", TIFF, "jpeg"),
+                 ("bin", NOISE, "unknown"), ("txt", TEXT, "short-line-text"), ("gif", b"", "empty"),
+                 ("png", PNG + b"\0" * 60_000, "png")]
+        self.expected = {}
+        for number in range(self.FILES):
+            extension, content, label = chance.choice(kinds)
+            depth = chance.randrange(4)
+            path = "/".join(["tree"] + [f"d{chance.randrange(6)}" for _ in range(depth)] +
+                            [f"{number}.{extension}"])
+            write(path, content)
+            self.expected[path] = label
+        self.add("tree/d0/pipe", "fifo", os.mkfifo)
+        self.add("tree/d0/up", "link", lambda path: os.symlink("../..", path))
+        self.add("tree/d0/self", "link", lambda path: os.symlink("self", path))
+        os.makedirs("tree/empty")
+        if os.geteuid() != 0:
+            self.add("tree/d1/closed.gif", "unreadable",
+                     lambda path: (write(path, GIF), os.chmod(path, 0)))
+            self.add("tree/closed", "unreadable", lambda path: os.mkdir(path, 0))
+            self.addCleanup(os.chmod, "tree/closed", 0o700)
+        self.dig()
+
+    def add(self, path, label, make):
+        make(path)
+        self.expected[path] = label
+
+    def dig(self):
+        path, folder = "tree", os.open("tree", os.O_RDONLY)
+        for level in range(self.DEPTH):
+            name = f"{level:02}" + "x" * 58
+            os.mkdir(name, dir_fd=folder)
+            inner = os.open(name, os.O_RDONLY, dir_fd=folder)
+            os.close(folder)
+            path, folder = f"{path}/{name}", inner
+            # What is reached by its folder still has its extension; a name may be too long for that.
+            for leaf, label in ("deep.ico", "tga"), ("n" * 236 + ".ico", "tga"):
+                file = os.open(leaf, os.O_WRONLY | os.O_CREAT, dir_fd=folder)
+                os.write(file, ICON)
+                os.close(file)
+                self.expected[f"{path}/{leaf}"] = label
+        leaf = "n" * 251 + ".ico"
+        os.close(os.open(leaf, os.O_WRONLY | os.O_CREAT, dir_fd=folder))
+        os.close(folder)
+        self.expected[f"{path}/{leaf}"] = "unreadable"
+        self.deepest = path
+
+    def test_every_number_of_jobs_prints_the_same(self):
+        outputs = {}
+        for jobs in "1", "2", "8":
+            result = run("-r", "-j", jobs, "--jsonl", "--summary", "tree")
+            outputs[jobs] = result.stdout, result.stderr, result.returncode
+        self.assertEqual(outputs["1"], outputs["8"])
+        self.assertEqual(outputs["1"], outputs["2"])
+        records = [json.loads(line) for line in outputs["8"][0].decode().splitlines()]
+        self.assertEqual({record["path"]: record["label"] for record in records}, self.expected)
+        # In the order of the bytes of the names, folder by folder.
+        self.assertEqual([record["path"].split("/") for record in records],
+                         sorted(path.split("/") for path in self.expected))
+        for record in records:
+            if record["path"].endswith(".ico"):
+                self.assertEqual(record.get("also", {}).get("label"),
+                                 "icon" if record["label"] == "tga" else None, record["path"])
+        self.assertEqual(outputs["8"][2], 2)
+        self.assertIn(f"{len(self.expected)} inputs: ".encode(), outputs["8"][1])
+
+    def test_the_longest_paths_can_be_named(self):
+        self.assertGreater(len(self.deepest), 4096)
+        result = run("-bl", f"{self.deepest}/deep.ico", f"./{self.deepest}/", self.deepest)
+        self.assertEqual((result.stdout, result.stderr), (b"tga\nfolder\nfolder\n", b""))
+        result = run("-bl", f"{self.deepest}/none.ico", f"{self.deepest}/{'n' * 256}",
+                     "x" * 5000)
+        self.assertEqual([line.rsplit(b": ")[-1] for line in result.stderr.splitlines()],
+                         [b"No such file or directory"] + [b"File name too long"] * 2)
+
+    def test_links_are_followed_once(self):
+        result = run("-rL", "--format", "{path}", "-q", "tree")
+        walked = result.stdout.decode().splitlines()
+        self.assertEqual(len(walked), len(set(walked)))
+        # The folder around the tree, in which only the tree itself has been entered before.
+        self.assertEqual([path for path in walked if "/up" in path], ["tree/d0/up/tree"])
+
+
+class Run(InTemporaryFolder):
+    def test_memory_does_not_grow_with_the_list(self):
+        write("a.gif", GIF)
+
+        def peak(count):
+            reader, writer = os.pipe()
+            process = subprocess.Popen([PROGRAM, "-f", "-", "-j2"], stdin=reader,
+                                       stdout=subprocess.DEVNULL)
+            os.close(reader)
+            with os.fdopen(writer, "wb") as list_file:
+                for _ in range(count):
+                    list_file.write(b"./////a.gif\n")
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = status
+            self.assertEqual(status, 0)
+            return usage.ru_maxrss
+
+        self.assertLess(peak(40_000), peak(2_000) + 4_000)
+
+    def test_a_slow_list_is_answered_as_it_comes(self):
+        write("a.gif", GIF)
+        for jobs in "1", "4":
+            with subprocess.Popen([PROGRAM, "-f", "-", "-j", jobs], stdin=subprocess.PIPE,
+                                  stdout=subprocess.PIPE) as process:
+                for count in 1, 40:
+                    process.stdin.write(b"a.gif\n" * count)
+                    process.stdin.flush()
+                    for _ in range(count):
+                        self.assertEqual(process.stdout.readline(), b"a.gif: 0x0305 GIF picture\n")
+                process.stdin.close()
+
+    def test_no_reader_no_noise(self):
+        write("a.gif", GIF)
+        for ignored in False, True:
+            with subprocess.Popen([PROGRAM, "-f", "-"], stdin=subprocess.PIPE,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  restore_signals=not ignored) as process:
+                process.stdout.close()
+                process.stdin.write(b"a.gif\n")
+                process.stdin.close()
+                self.assertEqual(process.stderr.read(), b"")
+            self.assertEqual(process.returncode, -signal.SIGPIPE)
+
+    def test_full_disk(self):
+        write("a.gif", GIF)
+        for arguments in ["a.gif"], ["--version"], ["--json"] + ["a.gif"] * 50:
+            with open("/dev/full", "wb") as full:
+                result = subprocess.run([PROGRAM, *arguments], stdout=full, stderr=subprocess.PIPE,
+                                        check=False)
+            self.assertEqual(result.returncode, 74, arguments)
+            self.assertIn(b"No space left on device", result.stderr)
+
+    def test_color_and_progress(self):
+        write("a.gif", GIF)
+        for environment, arguments, colored in (
+                ({}, ["--color"], True), ({"NO_COLOR": "1"}, ["--color=always"], True),
+                ({}, ["--color=auto"], False), ({}, ["--color", "--color=never"], False)):
+            output = run(*arguments, "a.gif", env={**os.environ, **environment}).stdout
+            self.assertEqual(b"\x1b[32mGIF picture\x1b[0m" in output, colored, arguments)
+        stub = {**os.environ, "LD_PRELOAD": STUB_MODULE}
+        slow = ["slow.gif"] * 2 + ["a.gif"] * 18
+        write("slow.gif", GIF)
+        shown = run("--progress", *slow, env=stub).stderr
+        self.assertRegex(shown, rb"\r\x1b\[K\d+ of 20 inputs, \d+/s, \d+ s left")
+        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown)
+        self.assertEqual(run(*slow, env=stub).stderr, b"")
+
+
+class Faults(InTemporaryFolder):
+    """With stub_module.cpp in the place of the library."""
+
+    def setUp(self):
+        super().setUp()
+        self.environment = {**os.environ, "LD_PRELOAD": STUB_MODULE}
+
+    def test_exceptions(self):
+        for name in "cut.gif", "failing.pdf", "odd.pdf", "fine.gif":
+            write(name, GIF)
+        result = run("--jsonl", "cut.gif", "failing.pdf", "odd.pdf", "fine.gif",
+                     env=self.environment)
+        records = [json.loads(line) for line in result.stdout.splitlines()]
+        self.assertEqual([(record["status"], record.get("reason")) for record in records],
+                         [("cut-short", "Became shorter while it was read"),
+                          ("unreadable", "An import module failed: out of ink"),
+                          ("unreadable", "An import module failed"), ("recognised", None)])
+        self.assertEqual(result.returncode, 2)
+        self.assertEqual(len(result.stderr.splitlines()), 3)
+
+    def test_interrupt(self):
+        names = [f"{number:03}.gif" for number in range(200)]
+        for name in names + ["slow.gif"]:
+            write(name, GIF)
+        for jobs, wanted in ("1", signal.SIGINT), ("3", signal.SIGTERM):
+            arguments = [PROGRAM, "--json", "-j", jobs, *names, *["slow.gif"] * 500]
+            with subprocess.Popen(arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  env=self.environment) as process:
+                time.sleep(1)
+                process.send_signal(wanted)
+                start = time.monotonic()
+                output, messages = process.communicate(timeout=60)
+            self.assertLess(time.monotonic() - start, 5)
+            self.assertEqual(process.returncode, -wanted)
+            self.assertEqual(messages, b"")
+            paths = [record["path"] for record in json.loads(output)]
+            self.assertEqual(paths[:200], names)
+            self.assertLess(len(paths), 700)
+
+    def test_interrupt_while_waiting_for_a_list(self):
+        write("fine.gif", GIF)
+        with subprocess.Popen([PROGRAM, "--jsonl", "-f", "-"], stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE) as process:
+            process.stdin.write(b"fine.gif\n")
+            process.stdin.flush()
+            self.assertIn(b"fine.gif", process.stdout.readline())
+            process.send_signal(signal.SIGINT)
+            self.assertEqual(process.wait(timeout=20), -signal.SIGINT)
+
+    def test_import_module_is_loaded_once(self):
+        os.mkdir("filters")
+        shutil.copy(PDF_MODULE, "filters/TvnPDFImport.so")
+        names = [f"{number}.pdf" for number in range(40)]
+        for name in names:
+            write(name, b"%PDF-1.4\n")
+        environment = {**os.environ, "TVN_FILTERS_DIR": os.path.abspath("filters")}
+        for jobs in "1", "3":
+            result = run("-bl", "-j", jobs, *names, env={**environment, "COUNT_FILE": "count"})
+            self.assertEqual(result.stdout, b"illustrator-pdf\n" * 40)
+            with open("count", "rb") as count:
+                self.assertEqual(count.read(), b"loaded\n")
+            os.remove("count")
+
+
+class AboutItself(unittest.TestCase):
+    def test_manual_is_current(self):
+        with open(MANUAL, "rb") as manual:
+            self.assertEqual(run("--man").stdout, manual.read(),
+                             "take it anew: typescout --man >docs/typescout.1")
+
+    def test_help_and_completions_know_the_same_options(self):
+        text = run("--help").stdout.decode()
+        options = {word.split("=")[0].split("[")[0].rstrip(",.;")
+                   for line in text.splitlines() if line.startswith("  ")
+                   for word in line[:28].split() if word.startswith("--")}
+        self.assertGreater(len(options), 30)
+        for shell, form in ("bash", "{}"), ("zsh", "--{}"), ("fish", " -l {}"):
+            script = run("--completion", shell).stdout.decode()
+            for option in options:
+                self.assertIn(form.format(option.removeprefix("--")), script)
+            if shutil.which(shell):
+                check = subprocess.run([shell, "-n"], input=script.encode(), capture_output=True,
+                                       check=False)
+                self.assertEqual((check.returncode, check.stderr), (0, b""), shell)
+        for option in options:
+            self.assertIn(option.replace("-", "\\-"), run("--man").stdout.decode())
+
+    def test_bash_completes(self):
+        script = run("--completion", "bash").stdout.decode()
+        for words, expected in ((["--js"], "--json --jsonl"), (["--check", "webp"], "webp"),
+                                (["-c", "rast"], "raster"), (["--completion", "z"], "zsh")):
+            command = (script + f"COMP_WORDS=(typescout {' '.join(words)}); "
+                       f"COMP_CWORD={len(words)}; _typescout; echo \"${{COMPREPLY[@]}}\"")
+            result = subprocess.run(["bash", "-c", command], capture_output=True, check=True)
+            self.assertEqual(result.stdout.decode().strip(), expected)
+
+    def test_list_of_filters(self):
+        rows = json.loads(run("--list-filters", "--json").stdout)
+        self.assertEqual([row["row"] for row in rows], list(range(108)))
+        webp = {"id": "0x0339", "label": "webp", "name": "WebP picture", "family": "raster",
+                "mime": "image/webp", "extensions": ["webp"], "never_reported": False}
+        self.assertEqual(rows[41], {"row": 41, **webp, "hidden_by": []})
+        self.assertEqual(rows[47], {"row": 47, **webp, "hidden_by": [41]})
+        self.assertEqual(rows[32]["hidden_by"], [27, 31])
+        self.assertTrue(rows[0]["never_reported"])
+        lines = run("--list-filters").stdout.decode().splitlines()
+        self.assertEqual([line.split()[:3] for line in lines[1:]],
+                         [[str(row["row"]), row["id"], row["label"]] for row in rows])
+
+    def test_version(self):
+        self.assertRegex(run("--version").stdout, rb"^typescout \d+\.\d+\.\d+\n$")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[5:])
