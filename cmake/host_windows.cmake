@@ -10,6 +10,9 @@ target_compile_definitions(host_native PRIVATE UNICODE WIN32_LEAN_AND_MEAN NOMIN
   WINVER=0x0602 _WIN32_WINNT=0x0602)
 target_link_libraries(host_native PUBLIC ole32)
 
+# A program finds the module beside itself.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+
 # Nothing of the compiler's own beside the module and the programs.
 target_link_options(house_flags INTERFACE -static)
 
