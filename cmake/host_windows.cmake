@@ -22,7 +22,7 @@ find_program(LLVM_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
 # reads. GNU ld's own is a pile of objects whose order other linkers do not keep.
 function(make_windows_module target)
   set(exports ${PROJECT_SOURCE_DIR}/module/typescout.def)
-  target_sources(${target} PRIVATE ${exports})
+  target_sources(${target} PRIVATE module/windows_boundary.cpp ${exports})
   set_target_properties(${target} PROPERTIES
     PREFIX "" IMPORT_PREFIX "" IMPORT_SUFFIX ".lib" LINK_DEPENDS ${exports})
   add_custom_command(TARGET ${target} POST_BUILD

@@ -15,6 +15,9 @@
 // Exceptions: one. When a GIF file becomes shorter while it is examined, the four functions that
 // take a path throw the int 0, with everything released. What a loaded module of the suite (camera
 // raw, PDF import) throws passes through likewise. Nothing else is thrown.
+// On Windows the int is what a program built with mingw-w64's g++ catches; one of another
+// compiler's sees the structured exception 0x20474343 (__try, __except), with everything released
+// too.
 #ifndef TYPESCOUT_TYPESCOUT_H
 #define TYPESCOUT_TYPESCOUT_H
 

@@ -9,10 +9,15 @@ __declspec(dllimport) void* CreateFileW(const wchar_t* path, unsigned long acces
                                         unsigned long disposition, unsigned long flags, void* like);
 __declspec(dllimport) int WriteFile(void* file, const void* bytes, unsigned long count,
                                     unsigned long* written, void* overlapped);
-__declspec(dllimport) int LockFile(void* file, unsigned long offset, unsigned long offsetHigh,
-                                   unsigned long count, unsigned long countHigh);
-__declspec(dllimport) int UnlockFile(void* file, unsigned long offset, unsigned long offsetHigh,
-                                     unsigned long count, unsigned long countHigh);
+__declspec(dllimport) unsigned long SetFilePointer(void* file, long distance, long* high,
+                                                   unsigned long origin);
+__declspec(dllimport) int SetEndOfFile(void* file);
+__declspec(dllimport) void* CreateThread(void* security, unsigned long long stack,
+                                         unsigned long (*run)(void*), void* argument,
+                                         unsigned long flags, unsigned long* id);
+[[noreturn]] __declspec(dllimport) void ExitProcess(unsigned int code);
+__declspec(dllimport) void Sleep(unsigned long milliseconds);
+__declspec(dllimport) unsigned long GetTickCount();
 }
 
 namespace {
@@ -39,18 +44,30 @@ void* WritePicture() {
   return written == sizeof picture ? file : nullptr;
 }
 
-unsigned long AskForTheException() {
+// Makes the file long and short again for ever, so that it becomes shorter under somebody's eyes.
+unsigned long Resize(void* file) {
+  for (;;) {
+    SetFilePointer(file, 48 << 20, nullptr, 0);
+    SetEndOfFile(file);
+    Sleep(3);
+    SetFilePointer(file, 60000, nullptr, 0);
+    SetEndOfFile(file);
+  }
+}
+
+// The code of the exception that the module throws at last; 0 when none came in half a minute.
+unsigned long AwaitException() {
   unsigned long code = 0;
-  __try {
-    TypeScoutFile(path);
-  } __except (code = static_cast<unsigned long>(_exception_code()), 1) {
+  for (const unsigned long start = GetTickCount(); code == 0 && GetTickCount() - start < 30000;) {
+    __try {
+      TypeScoutFile(path);
+    } __except (code = static_cast<unsigned long>(_exception_code()), 1) {
+    }
   }
   return code;
 }
 
-}  // namespace
-
-extern "C" int Start() {
+int Check() {
   if (GetNumTypeScoutProcs() != 108) return 1;
   if (CheckValidFilterID(GIF) != 1) return 2;
   void* file = WritePicture();
@@ -62,9 +79,11 @@ extern "C" int Start() {
   if (ids[0] != GIF_ROW) return 7;
   if (CheckFiltersFromList(path, ids, 1, 0, nullptr, 0) != GIF) return 8;
 
-  if (LockFile(file, 60000, 0, 1, 0) == 0) return 9;
-  if (AskForTheException() != THROWN_BY_GCC) return 10;
-  if (UnlockFile(file, 60000, 0, 1, 0) == 0) return 11;
-  if (TypeScoutFile(path) != GIF) return 12;
+  if (CreateThread(nullptr, 0, Resize, file, 0, nullptr) == nullptr) return 9;
+  if (AwaitException() != THROWN_BY_GCC) return 10;
   return 0;
 }
+
+}  // namespace
+
+extern "C" void Start() { ExitProcess(static_cast<unsigned int>(Check())); }

@@ -41,4 +41,4 @@ lld-link /nologo /nodefaultlib /entry:Start /subsystem:console /out:"$work/clien
   "$work/client.obj" "$library" "$system"
 cp "$module" "$work"
 cd "$work"
-"${emulator[@]}" "$work/client.exe" || { echo "the program's check $? failed" >&2; exit 1; }
+timeout 100 "${emulator[@]}" "$work/client.exe" || { echo "the program's check $? failed" >&2; exit 1; }

@@ -13,4 +13,4 @@ cmake --preset windows >build/windows.log
 cmake --build "$build"
 # Before the tests, which would otherwise all find the folder half made.
 cmake/wine.sh "$PWD/$build/wine" wineboot --init >build/wine.log 2>&1
-ctest --test-dir "$build" --output-on-failure
+ctest --test-dir "$build" --output-on-failure --timeout 300
