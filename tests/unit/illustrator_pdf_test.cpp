@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <new>
 #include <stdexcept>
@@ -23,6 +24,9 @@ using memory_host::TheMachine;
 constexpr FilterId ILLUSTRATOR = 0x0503;
 constexpr FilterId FILTER_0519 = 0x0519;
 constexpr FilterId ILLUSTRATOR_PDF = 0x0535;
+
+// Where the in-memory host has its filters, joined as the platform joins.
+const std::wstring MODULE = (std::filesystem::path(L"/filters") / L"TvnPDFImport").wstring();
 
 struct ModuleState {
   std::int32_t result = 1;
@@ -128,8 +132,7 @@ class IllustratorPdf : public testing::Test {
     Install(Answer);
   }
   static void Install(GetAINativeDataFunction function) {
-    TheMachine().modules[L"/filters/TvnPDFImport"] = {
-        {"GetAINativeData", reinterpret_cast<void*>(function)}};
+    TheMachine().modules[MODULE] = {{"GetAINativeData", reinterpret_cast<void*>(function)}};
   }
   std::int32_t AskWith(std::int32_t result, std::uint32_t flags, FilterId requested,
                        const wchar_t* path) {
@@ -218,7 +221,7 @@ TEST_F(IllustratorPdf, ReleasesLopsidedSetsWithoutAStack) {
 }
 
 TEST_F(IllustratorPdf, IsAYesWhereTheModuleCannotBeAsked) {
-  TheMachine().modules[L"/filters/TvnPDFImport"] = {{"GetAINativeDatum", nullptr}};
+  TheMachine().modules[MODULE] = {{"GetAINativeDatum", nullptr}};
   EXPECT_EQ(AskNow(pdf_), 1);
   EXPECT_EQ(TheMachine().calls[Call::FIND_SYMBOL], 1);
   TheMachine().modules.clear();

@@ -1,0 +1,79 @@
+#include "host/library.h"
+
+#include <windows.h>
+
+#include <new>
+#include <string>
+
+#include "host/windows/quiet_errors.h"
+#include "host/windows/system.h"
+
+struct TvnUtils::TvnLibrary::Module {
+  TvnPlatform::TvnStringT<wchar_t> name;
+  HMODULE loaded = nullptr;
+};
+
+namespace {
+
+// Loads the module at an absolute path. What it needs in turn may lie beside it, beside the program
+// or in the system folder: never in the current folder, never along PATH.
+HMODULE LoadAt(const std::wstring& path) {
+  const windows_host::QuietErrors quiet;
+  return LoadLibraryExW(path.c_str(), nullptr,
+                        LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
+}
+
+// The loader is given full paths only. A bare name would also find a module of the same name that
+// the program has loaded from who knows where.
+HMODULE LoadNamed(std::wstring name) {
+  if (name.empty()) return nullptr;
+  const std::size_t separator = name.find_last_of(L"/\\:");
+  const bool isBare = separator == std::wstring::npos;
+  if (name.find(L'.', isBare ? 0 : separator + 1) == std::wstring::npos) name += L".dll";
+  if (!isBare) {
+    const std::wstring path = windows_host::AbsolutePath(name);
+    return path.empty() ? nullptr : LoadAt(path);
+  }
+  for (const auto& folder : {windows_host::ModuleFolder(), windows_host::SystemFolder()}) {
+    if (folder.empty()) continue;
+    if (const HMODULE module = LoadAt(folder + name); module != nullptr) return module;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
+    : module_(new (std::nothrow) Module) {
+  if (module_ != nullptr) module_->name = TvnPlatform::TvnStringT<wchar_t>(name.View());
+}
+
+TvnUtils::TvnLibrary::~TvnLibrary() {
+  Unload();
+  delete module_;
+}
+
+bool TvnUtils::TvnLibrary::Load() {
+  if (module_ == nullptr || IsLoaded()) return IsLoaded();
+  try {
+    module_->loaded = LoadNamed(std::wstring(module_->name.View()));
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return IsLoaded();
+}
+
+bool TvnUtils::TvnLibrary::IsLoaded() const {
+  return module_ != nullptr && module_->loaded != nullptr;
+}
+
+void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
+  return IsLoaded() ? reinterpret_cast<void*>(GetProcAddress(module_->loaded, name)) : nullptr;
+}
+
+bool TvnUtils::TvnLibrary::Unload() {
+  if (!IsLoaded()) return false;
+  FreeLibrary(module_->loaded);
+  module_->loaded = nullptr;
+  return true;
+}
