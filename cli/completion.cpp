@@ -13,7 +13,8 @@ std::string Choices(const OptionRow& row) {
   if (row.argument == "ID" || row.longName == "candidates") {
     std::string labels(row.argument == "ID" ? "" : FAMILIES);
     for (const Filter& filter : FILTERS) {
-      if (!IsNeverReported(filter))
+      const bool isFirst = FindFilter(filter.id) == &filter;
+      if (isFirst && !IsNeverReported(filter))
         labels += (labels.empty() ? "" : " ") + std::string(filter.label);
     }
     return labels;

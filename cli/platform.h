@@ -123,7 +123,7 @@ void CloseHandle(std::intptr_t handle);
 // Whether the next ReadSome() would not wait.
 bool IsReadable(std::intptr_t handle);
 
-// Writes all of it, past interrupts. The error otherwise.
+// Writes all of it; the error otherwise. After an interrupt it waits for the reader a moment only.
 int WriteAll(Stream stream, std::string_view bytes);
 bool IsClosedPipe(int error);
 

@@ -58,8 +58,15 @@ Status Failed(int error) {
 }
 
 volatile std::sig_atomic_t interruptedBy = 0;
+// Becomes readable with the first interrupt, so that one that comes just before a wait ends it too.
+std::array<int, 2> interruptPipe = {-1, -1};
 
-void OnInterrupt(int signal) { interruptedBy = signal; }
+void OnInterrupt(int signal) {
+  const int error = errno;
+  interruptedBy = signal;
+  [[maybe_unused]] const ssize_t written = write(interruptPipe[1], "", 1);
+  errno = error;
+}
 
 constexpr std::array<int, 3> INTERRUPTS = {SIGINT, SIGTERM, SIGHUP};
 
@@ -201,14 +208,18 @@ void HoldModules() {
 bool IsTerminal(Stream stream) { return isatty(Descriptor(stream)) != 0; }
 
 std::size_t ReadSome(std::intptr_t handle, char* to, std::size_t capacity, int* error) {
+  const int file = static_cast<int>(handle);
+  std::array<pollfd, 2> waiting = {pollfd{.fd = file, .events = POLLIN, .revents = 0},
+                                   pollfd{.fd = interruptPipe[0], .events = POLLIN, .revents = 0}};
   for (;;) {
-    const ssize_t count = read(static_cast<int>(handle), to, capacity);
+    poll(waiting.data(), waiting.size(), -1);
+    if (IsInterrupted()) return 0;
+    const ssize_t count = read(file, to, capacity);
     if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) {
+    if (errno != EINTR && errno != EAGAIN) {
       *error = errno;
       return 0;
     }
-    if (IsInterrupted()) return 0;
   }
 }
 
@@ -228,12 +239,17 @@ bool IsReadable(std::intptr_t handle) {
 }
 
 int WriteAll(Stream stream, std::string_view bytes) {
+  // A reader that has stopped reading does not keep an interrupted program alive.
+  constexpr int PATIENCE = 1000;
+  pollfd waiting = {.fd = Descriptor(stream), .events = POLLOUT, .revents = 0};
   while (!bytes.empty()) {
-    const ssize_t count = write(Descriptor(stream), bytes.data(), bytes.size());
+    const bool isHasty = IsInterrupted();
+    if (isHasty && poll(&waiting, 1, PATIENCE) == 0) return EINTR;
+    const std::size_t size = isHasty ? std::min<std::size_t>(bytes.size(), PIPE_BUF) : bytes.size();
+    const ssize_t count = write(waiting.fd, bytes.data(), size);
     if (count >= 0) {
       bytes.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno == EAGAIN) {
-      pollfd waiting = {.fd = Descriptor(stream), .events = POLLOUT, .revents = 0};
       poll(&waiting, 1, -1);
     } else if (errno != EINTR) {
       return errno;
@@ -245,12 +261,13 @@ int WriteAll(Stream stream, std::string_view bytes) {
 bool IsClosedPipe(int error) { return error == EPIPE; }
 
 void CatchInterrupts() {
+  if (pipe2(interruptPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
   for (const int signal : INTERRUPTS) {
     struct sigaction action = {};
     // What our starter ignores (nohup, a background job) stays ignored.
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
     action.sa_handler = OnInterrupt;
-    // Without SA_RESTART, so that a read that waits is ended too.
+    // Without SA_RESTART, so that what waits for something else comes back as well.
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     sigaction(signal, &action, nullptr);

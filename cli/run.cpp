@@ -159,6 +159,7 @@ class Runner {
   void CheckOutput() {
     if (output_.error() == 0) return;
     progress_.Clear();
+    if (platform::IsInterrupted()) platform::EndInterrupted();
     if (platform::IsClosedPipe(output_.error())) platform::EndClosedPipe();
     Complain("standard output: " + platform::ErrorText(output_.error()));
     platform::EndNow(ExitStatus::OUTPUT_FAILED);

@@ -404,6 +404,14 @@ class Faults(InTemporaryFolder):
             process.send_signal(signal.SIGINT)
             self.assertEqual(process.wait(timeout=20), -signal.SIGINT)
 
+    def test_interrupt_while_nobody_reads(self):
+        with subprocess.Popen([PROGRAM, *["x" * 200] * 5000, "-q", "--jsonl"],
+                              stdout=subprocess.PIPE) as process:
+            time.sleep(0.7)
+            self.assertIsNone(process.poll())
+            process.send_signal(signal.SIGINT)
+            self.assertEqual(process.wait(timeout=10), -signal.SIGINT)
+
     def test_import_module_is_loaded_once(self):
         os.mkdir("filters")
         shutil.copy(PDF_MODULE, "filters/TvnPDFImport.so")
