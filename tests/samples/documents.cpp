@@ -11,22 +11,18 @@ namespace {
 std::string CompoundHead() { return PadTo(64, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
 
 // A compound document with one stream.
-Sample Compound(const std::string& name, Detector detector, const std::wstring& stream,
-                const std::string& content, Verdict verdict) {
+Sample Compound(const std::string& name, Detector detector, const std::wstring& stream, const std::string& content, Verdict verdict) {
   return {name, detector, CompoundHead(), verdict, L"sample", 0, {{stream, content}}};
 }
 
 constexpr const wchar_t* MAIN = L"ScriptoraDesk_MAIN";
 
 // The header of a document with these two version bytes.
-std::string Qlx(char major, char minor) {
-  return Bytes("\xFFQLX....\x01\x0A") + Fill(1, major) + Fill(1, minor) + "....";
-}
+std::string Qlx(char major, char minor) { return Bytes("\xFFQLX....\x01\x0A") + Fill(1, major) + Fill(1, minor) + "...."; }
 
 std::vector<Sample> Scriptora() {
   const std::string v6 = Qlx(2, 0);
-  Sample headDecides =
-      Compound("QLX 2.1 with a stream 2.3", DetectScriptora0807, MAIN, Qlx(2, 3), YES);
+  Sample headDecides = Compound("QLX 2.1 with a stream 2.3", DetectScriptora0807, MAIN, Qlx(2, 3), YES);
   headDecides.bytes = Qlx(2, 1);
   return {
       {"QLX 2.0", DetectScriptora0807, v6, YES},
@@ -48,10 +44,8 @@ std::vector<Sample> Scriptora() {
       Compound("QLX stream 2.5", DetectScriptora0807, MAIN, Qlx(2, 5), NO),
       Compound("QLX stream 1.4", DetectScriptora0807, MAIN, Qlx(1, 4), NO),
       Compound("QLX stream 3.4", DetectScriptora0807, MAIN, Qlx(3, 4), NO),
-      Compound("QLX stream 2.4 of graphics", DetectScriptora0807, MAIN, Patch(Qlx(2, 4), 9, "\x16"),
-               NO),
-      Compound("QLX stream 2.4 of 15 bytes", DetectScriptora0807, MAIN, Qlx(2, 4).substr(0, 15),
-               NO),
+      Compound("QLX stream 2.4 of graphics", DetectScriptora0807, MAIN, Patch(Qlx(2, 4), 9, "\x16"), NO),
+      Compound("QLX stream 2.4 of 15 bytes", DetectScriptora0807, MAIN, Qlx(2, 4).substr(0, 15), NO),
       Compound("QLX stream 2.4 by another name", DetectScriptora0807, L"Contents", Qlx(2, 4), NO),
       std::move(headDecides),
 
@@ -79,9 +73,8 @@ std::vector<Sample> Word() {
     Detector detector;
   };
   const Identifier IDENTIFIERS[] = {
-      {"\xDC\xA5", 101, DetectWordDocument6}, {"\xEC\xA5", 191, DetectWordDocument8},
-      {"\x97\xA6", 101, DetectWordDocument6}, {"\x98\x80", 101, DetectWordDocument6},
-      {"\x99\xA6", 101, DetectWordDocument6}, {"\x99\x80", 101, DetectWordDocument6},
+      {"\xDC\xA5", 101, DetectWordDocument6}, {"\xEC\xA5", 191, DetectWordDocument8}, {"\x97\xA6", 101, DetectWordDocument6},
+      {"\x98\x80", 101, DetectWordDocument6}, {"\x99\xA6", 101, DetectWordDocument6}, {"\x99\x80", 101, DetectWordDocument6},
   };
   std::vector<Sample> all;
   int number = 0;
@@ -90,14 +83,12 @@ std::vector<Sample> Word() {
     const char low = bytes[0];
     const char high = bytes[1];
     const std::pair<std::string, Verdict> OPENINGS[] = {
-        {opening(low, high, least, 0), YES},   {opening(low, high, least - 1, 0), NO},
-        {opening(low, high, 0xFF, 0xFF), YES}, {opening(low, high, 0, 1), YES},
-        {opening(high, low, 0, least), YES},   {opening(high, low, 0, least - 1), NO},
+        {opening(low, high, least, 0), YES}, {opening(low, high, least - 1, 0), NO}, {opening(low, high, 0xFF, 0xFF), YES},
+        {opening(low, high, 0, 1), YES},     {opening(high, low, 0, least), YES},    {opening(high, low, 0, least - 1), NO},
         {opening(high, low, 1, 0), YES},
     };
     for (const auto& [start, verdict] : OPENINGS) {
-      all.push_back(Compound(name + ", opening " + std::to_string(all.size()), detector,
-                             L"WordDocument", document(start), verdict));
+      all.push_back(Compound(name + ", opening " + std::to_string(all.size()), detector, L"WordDocument", document(start), verdict));
     }
   }
   const std::string word8 = Bytes("\xEC\xA5\xC1\0");
@@ -105,12 +96,9 @@ std::vector<Sample> Word() {
   for (const Sample& sample : {
            Compound("Word 8 as 6", DetectWordDocument6, L"WordDocument", document(word8), NO),
            Compound("Word 6 as 8", DetectWordDocument8, L"WordDocument", document(word6), NO),
-           Compound("Word 8 of 1535 bytes", DetectWordDocument8, L"WordDocument",
-                    document(word8).substr(0, 1'535), NO),
-           Compound("Word 8 in another stream", DetectWordDocument8, L"Contents", document(word8),
-                    NO),
-           Compound("Word, identifier unknown", DetectWordDocument8, L"WordDocument",
-                    document(Bytes("\xED\xA5\xC1\0")), NO),
+           Compound("Word 8 of 1535 bytes", DetectWordDocument8, L"WordDocument", document(word8).substr(0, 1'535), NO),
+           Compound("Word 8 in another stream", DetectWordDocument8, L"Contents", document(word8), NO),
+           Compound("Word, identifier unknown", DetectWordDocument8, L"WordDocument", document(Bytes("\xED\xA5\xC1\0")), NO),
            Sample{"Word 8 without a compound document", DetectWordDocument8, document(word8), NO},
        }) {
     all.push_back(sample);
@@ -135,8 +123,7 @@ std::vector<Sample> Signatures() {
       {"0803 of 255 bytes", DetectFilter0803, type0803.substr(0, 255), NO},
       {"0803 byte 2 off", DetectFilter0803, Patch(type0803, 2, "\x01"), NO},
       {"0803 byte 4 off", DetectFilter0803, Patch(type0803, 4, "\x01"), NO},
-      {"0803 bytes 5 and 95 and 98 free", DetectFilter0803,
-       Patch(Patch(Patch(type0803, 5, "."), 95, "."), 98, "."), YES},
+      {"0803 bytes 5 and 95 and 98 free", DetectFilter0803, Patch(Patch(Patch(type0803, 5, "."), 95, "."), 98, "."), YES},
       {"0803 byte 96 off", DetectFilter0803, Patch(type0803, 96, "\x01"), NO},
       {"0803 byte 97 off", DetectFilter0803, Patch(type0803, 97, "\x01"), NO},
 
@@ -149,8 +136,7 @@ std::vector<Sample> Signatures() {
       {"0804 byte 20 off", DetectFilter0804, Patch(type0804, 20, "\x01"), NO},
       {"0804 byte 21 off", DetectFilter0804, Patch(type0804, 21, "\x01"), NO},
       {"0804 byte 23 off", DetectFilter0804, Patch(type0804, 23, "\x01"), NO},
-      {"0804 bytes 19 and 24 free", DetectFilter0804, Patch(Patch(type0804, 19, "."), 24, "."),
-       YES},
+      {"0804 bytes 19 and 24 free", DetectFilter0804, Patch(Patch(type0804, 19, "."), 24, "."), YES},
 
       {"RTF", DetectRtf, "{\\rtf1\\ans", YES},
       {"RTF in other cases", DetectRtf, "{\\RtF.....", YES},
@@ -209,8 +195,7 @@ std::vector<Sample> Type0813() {
   const std::string record = Bytes("\0\0\x02\0");
   const std::string other = record + "......";
   const std::string content = Bytes("....\x07\x10....");
-  const auto both = [](const std::string& name, const std::string& bytes,
-                       const std::wstring& stream, const std::string& inStream, Verdict verdict) {
+  const auto both = [](const std::string& name, const std::string& bytes, const std::wstring& stream, const std::string& inStream, Verdict verdict) {
     return Sample{name, DetectFilter0813, bytes, verdict, L"sample", 0, {{stream, inStream}}};
   };
   return {
@@ -240,9 +225,7 @@ std::vector<Sample> Guillemets() {
   const Detector detector = DetectGuillemetCommands;
   // Two commands about a closing byte, all in the middle of a long text: the first command, at
   // 30000, moves the position on by as much as the closing byte is away from the first AE, at 0.
-  const auto wrapping = [](std::size_t closing) {
-    return Patch(Patch(AE + Fill(49'999, '.'), 30'000, AE "AB"), closing, AF);
-  };
+  const auto wrapping = [](std::size_t closing) { return Patch(Patch(AE + Fill(49'999, '.'), 30'000, AE "AB"), closing, AF); };
   return {
       {"«TS5,10»", detector, AE "TS5,10" AF, YES},
       {"«TS5.10»", detector, AE "TS5.10" AF, NO},
@@ -327,8 +310,7 @@ std::vector<Sample> Text() {
       {"Short text, 300 characters and LF", DetectShortLineText, Fill(300, 'x') + "\nx", YES},
       {"Short text, 300 characters and CR", DetectShortLineText, Fill(300, 'x') + "\rx", YES},
       {"Short text, 300 characters and a last CR", DetectShortLineText, Fill(300, 'x') + "\r", YES},
-      {"Short text, CR as the 5000th byte", DetectShortLineText,
-       Fill(4'999, 'x') + "\r\n" + Fill(9, 'x'), YES},
+      {"Short text, CR as the 5000th byte", DetectShortLineText, Fill(4'999, 'x') + "\r\n" + Fill(9, 'x'), YES},
       {"Short text, LF as the 5000th byte", DetectShortLineText, lastPair, YES},
       {"Short text with a zero byte", DetectShortLineText, Bytes("x\0"), NO},
 

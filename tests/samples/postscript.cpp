@@ -12,8 +12,7 @@ const std::string AI = "%%BoundingBox:\nA&L\n";
 // A DOS EPS header with the four preview fields at 12, 16, 20 and 24 still zero.
 const std::string DOS_EPS = PadTo(32, "\xC5\xD0\xD3\xC6");
 const std::string DOS_EPS_WITH_TIFF = Patch(DOS_EPS, 24, "\x01");
-const std::string DOS_EPS_OF_AI8 =
-    DOS_EPS_WITH_TIFF + "%!PS-Adobe-3.0 EPSF-3.0\n%%Creator: Adobe Illustrator 8.0\n" + AI;
+const std::string DOS_EPS_OF_AI8 = DOS_EPS_WITH_TIFF + "%!PS-Adobe-3.0 EPSF-3.0\n%%Creator: Adobe Illustrator 8.0\n" + AI;
 
 // An EPS file that is an Illustrator document when the creator's version allows it.
 std::string EpsBy(const std::string& creator) { return "%!PS EPSF\n" + AI + creator; }
@@ -40,14 +39,11 @@ std::vector<Sample> EpsSamples() {
       {"DOS EPS with the largest sum", DetectEps, Patch(DOS_EPS, 12, "\xFF\xFF\xFF\x7F"), YES},
       {"DOS EPS with a negative sum", DetectEps, Patch(DOS_EPS, 15, "\x80"), NO},
       {"DOS EPS whose sum wraps to 0", DetectEps, Patch(DOS_EPS, 12, "\xFF\xFF\xFF\xFF\x01"), NO},
-      {"DOS EPS whose sum wraps to 1", DetectEps,
-       Patch(Patch(DOS_EPS, 12, "\x02"), 20, "\xFF\xFF\xFF\xFF"), YES},
-      {"DOS EPS whose sum wraps to 1, by the lengths", DetectEps,
-       Patch(Patch(DOS_EPS, 16, "\x02"), 24, "\xFF\xFF\xFF\xFF"), YES},
+      {"DOS EPS whose sum wraps to 1", DetectEps, Patch(Patch(DOS_EPS, 12, "\x02"), 20, "\xFF\xFF\xFF\xFF"), YES},
+      {"DOS EPS whose sum wraps to 1, by the lengths", DetectEps, Patch(Patch(DOS_EPS, 16, "\x02"), 24, "\xFF\xFF\xFF\xFF"), YES},
       {"DOS EPS with another last magic byte", DetectEps, Patch(DOS_EPS_WITH_TIFF, 3, "\xC7"), NO},
       {"DOS EPS of Illustrator 8", DetectEps, DOS_EPS_OF_AI8, YES},
-      {"DOS EPS of Illustrator 8 for its filter", DetectEps, DOS_EPS_OF_AI8, NO, L"sample",
-       ILLUSTRATOR},
+      {"DOS EPS of Illustrator 8 for its filter", DetectEps, DOS_EPS_OF_AI8, NO, L"sample", ILLUSTRATOR},
 
       {"EPS of Illustrator 8", DetectEps, EpsBy("%%Creator: 8.0"), NO},
       {"EPS of Illustrator 9", DetectEps, EpsBy("%%Creator: 9.0"), YES},
@@ -74,8 +70,7 @@ std::vector<Sample> JobSamples() {
       {"PostScript in DOS EPS", DetectPostScript, "\xC5\xD0\xD3\xC6", YES},
       {"PostScript in DOS EPS cut to 3 bytes", DetectPostScript, "\xC5\xD0\xD3", NO},
       {"PostScript in DOS EPS, another byte", DetectPostScript, "\xC5\xD0\xD3\xC7", NO},
-      {"PostScript in DOS EPS of Illustrator", DetectPostScript, DOS_EPS_OF_AI8, YES, L"sample",
-       ILLUSTRATOR},
+      {"PostScript in DOS EPS of Illustrator", DetectPostScript, DOS_EPS_OF_AI8, YES, L"sample", ILLUSTRATOR},
   };
 }
 
@@ -86,8 +81,7 @@ std::vector<Sample> IllustratorSamples() {
       {"AI by name", DetectIllustrator, "Adobe Illustrator\r%%BoundingBox:", YES},
       {"AI by underscored name", DetectIllustrator, box + "x Adobe_Illustrator 7", YES},
       {"AI by name in a middle line", DetectIllustrator, box + "Adobe Illustrator\nx\n", YES},
-      {"AI by underscored name in a middle line", DetectIllustrator, box + "Adobe_Illustrator\nx\n",
-       YES},
+      {"AI by underscored name in a middle line", DetectIllustrator, box + "Adobe_Illustrator\nx\n", YES},
       {"AI by a name with a hyphen", DetectIllustrator, box + "Adobe-Illustrator", NO},
       {"AI by a name in lower case", DetectIllustrator, box + "adobe illustrator", NO},
       {"AI cut by a letter", DetectIllustrator, box + "Adobe Illustrato", NO},
@@ -105,41 +99,32 @@ std::vector<Sample> IllustratorSamples() {
       {"AI box behind the setup", DetectIllustrator, "A&L\n%%EndSetup\n%%BoundingBox:", NO},
       {"AI mark behind the setup", DetectIllustrator, box + "%%EndSetup\nA&L", NO},
       {"AI mark on the line that ends the setup", DetectIllustrator, box + "%%EndSetup A&L", YES},
-      {"AI box on the line that ends the setup", DetectIllustrator,
-       "A&L\n%%EndSetup%%BoundingBox:", YES},
+      {"AI box on the line that ends the setup", DetectIllustrator, "A&L\n%%EndSetup%%BoundingBox:", YES},
       {"AI setup ended behind a box", DetectIllustrator, "%%BoundingBox:%%EndSetup\nA&L", YES},
       {"AI setup ended before a box", DetectIllustrator, "%%EndSetup%%BoundingBox:\nA&L", NO},
       {"AI setup not ended", DetectIllustrator, box + "%%EndSetuP\nA&L", YES},
 
       {"AI mark behind a zero byte", DetectIllustrator, box + Bytes("x\0A&L"), NO},
       {"AI mark in the line behind a zero byte", DetectIllustrator, box + Bytes("x\0y\nA&L"), YES},
-      {"AI with a line of 159 bytes up to the box", DetectIllustrator,
-       Fill(145, 'x') + "%%BoundingBox:xA&L", YES},
-      {"AI with a line of 160 bytes up to the box", DetectIllustrator,
-       Fill(146, 'x') + "%%BoundingBox:A&L", NO},
+      {"AI with a line of 159 bytes up to the box", DetectIllustrator, Fill(145, 'x') + "%%BoundingBox:xA&L", YES},
+      {"AI with a line of 160 bytes up to the box", DetectIllustrator, Fill(146, 'x') + "%%BoundingBox:A&L", NO},
       {"AI mark that ends a full line", DetectIllustrator, box + Fill(476, 'x') + "A&L", YES},
       {"AI mark without its last byte", DetectIllustrator, box + Fill(477, 'x') + "A&L", NO},
       {"AI mark without its first byte", DetectIllustrator, box + Fill(479, 'x') + "A&L", NO},
       {"AI mark behind the dropped byte", DetectIllustrator, box + Fill(480, 'x') + "A&L", YES},
       {"AI mark behind a full line and LF", DetectIllustrator, box + Fill(159, 'x') + "\nA&L", YES},
-      {"AI mark behind a full line and CR LF", DetectIllustrator, box + Fill(159, 'x') + "\r\nA&L",
-       YES},
-      {"AI mark far behind", DetectIllustrator,
-       box + Fill(20000, '\n') + Fill(20000, '\0') + "\n" + "A&L", YES},
-      {"AI mark hidden before one that is seen", DetectIllustrator, Bytes("\0A&L\n\0") + AI + AI,
-       YES},
+      {"AI mark behind a full line and CR LF", DetectIllustrator, box + Fill(159, 'x') + "\r\nA&L", YES},
+      {"AI mark far behind", DetectIllustrator, box + Fill(20000, '\n') + Fill(20000, '\0') + "\n" + "A&L", YES},
+      {"AI mark hidden before one that is seen", DetectIllustrator, Bytes("\0A&L\n\0") + AI + AI, YES},
 
       {"AI 8 with EPSF", DetectIllustrator, EpsBy("%%Creator: 8.0"), YES},
       {"AI 9 with EPSF", DetectIllustrator, EpsBy("%%Creator: 9.0"), NO},
-      {"AI 9 with EPSF in the second line", DetectIllustrator, "%\nEPSF\n%%Creator: 9.0\n" + AI,
-       YES},
+      {"AI 9 with EPSF in the second line", DetectIllustrator, "%\nEPSF\n%%Creator: 9.0\n" + AI, YES},
       {"AI in PDF", DetectIllustrator, "%PDF-1\n" + AI, NO},
       {"AI in nearly PDF", DetectIllustrator, "%PDF1-\n" + AI, YES},
       {"AI in DOS EPS", DetectIllustrator, DOS_EPS_OF_AI8, NO},
-      {"AI in DOS EPS for another filter", DetectIllustrator, DOS_EPS_OF_AI8, NO, L"sample",
-       0x0509},
-      {"AI in DOS EPS for its filter", DetectIllustrator, DOS_EPS_OF_AI8, YES, L"sample",
-       ILLUSTRATOR},
+      {"AI in DOS EPS for another filter", DetectIllustrator, DOS_EPS_OF_AI8, NO, L"sample", 0x0509},
+      {"AI in DOS EPS for its filter", DetectIllustrator, DOS_EPS_OF_AI8, YES, L"sample", ILLUSTRATOR},
       {"AI in DOS EPS behind an empty line", DetectIllustrator, "\n\xC5\xD0\xD3\xC6\n" + AI, NO},
       {"AI behind another fourth byte", DetectIllustrator, "\xC5\xD0\xD3\xC7\n" + AI, YES},
       {"AI behind a DOS EPS magic at 1", DetectIllustrator, "x\xC5\xD0\xD3\xC6\n" + AI, YES},
@@ -157,24 +142,17 @@ std::vector<Sample> PjlSamples() {
       {"AI in PJL", DetectIllustrator, pjl + enter + "%!PS-Adobe-3.0\n" + AI, NO},
       {"AI in PJL as EPS", DetectIllustrator, pjl + enter + "% EPSF\n" + AI, NO},
       {"AI in PJL of another kind", DetectIllustrator, pjl + enter + "%!PS-Zdobe EPSG\n" + AI, YES},
-      {"AI in PJL for PCL", DetectIllustrator, pjl + "@PJL ENTER LANGUAGE=PCL\n%!PS-Adobe\n" + AI,
-       YES},
-      {"AI in PJL with a line between", DetectIllustrator, pjl + "@PJL\n" + enter + "EPSF\n" + AI,
-       YES},
-      {"AI with PJL in the second line", DetectIllustrator, "%\n" + pjl + enter + "EPSF\n" + AI,
-       YES},
+      {"AI in PJL for PCL", DetectIllustrator, pjl + "@PJL ENTER LANGUAGE=PCL\n%!PS-Adobe\n" + AI, YES},
+      {"AI in PJL with a line between", DetectIllustrator, pjl + "@PJL\n" + enter + "EPSF\n" + AI, YES},
+      {"AI with PJL in the second line", DetectIllustrator, "%\n" + pjl + enter + "EPSF\n" + AI, YES},
       {"AI in nearly PJL", DetectIllustrator, "\x1B%-12345X@PJK\n" + enter + "EPSF\n" + AI, YES},
       {"AI mark in the PJL line", DetectIllustrator, "%-12345X@PJL A&L\nx\n%%BoundingBox:", NO},
       {"AI mark behind the PJL line", DetectIllustrator, pjl + "A&L\n%%BoundingBox:", YES},
-      {"AI mark in the ENTER line", DetectIllustrator,
-       pjl + "@PJL ENTER LANGUAGE=POSTSCRIPT A&L\nx\n%%BoundingBox:", NO},
-      {"AI mark behind the ENTER line", DetectIllustrator,
-       pjl + enter + "A&L\n%%BoundingBox:", YES},
+      {"AI mark in the ENTER line", DetectIllustrator, pjl + "@PJL ENTER LANGUAGE=POSTSCRIPT A&L\nx\n%%BoundingBox:", NO},
+      {"AI mark behind the ENTER line", DetectIllustrator, pjl + enter + "A&L\n%%BoundingBox:", YES},
       {"AI in a lone PJL line", DetectIllustrator, sameLine, YES},
-      {"AI in a lone PJL and ENTER line", DetectIllustrator,
-       sameLine + "@PJL ENTER LANGUAGE=POSTSCRIPT", YES},
-      {"AI in a lone PJL, ENTER and PostScript line", DetectIllustrator,
-       sameLine + "@PJL ENTER LANGUAGE=POSTSCRIPT%!PS-Adobe", NO},
+      {"AI in a lone PJL and ENTER line", DetectIllustrator, sameLine + "@PJL ENTER LANGUAGE=POSTSCRIPT", YES},
+      {"AI in a lone PJL, ENTER and PostScript line", DetectIllustrator, sameLine + "@PJL ENTER LANGUAGE=POSTSCRIPT%!PS-Adobe", NO},
       {"AI in a lone PJL and PostScript line", DetectIllustrator, sameLine + "%!PS-Adobe", YES},
   };
 }
@@ -230,8 +208,7 @@ std::vector<Sample> VersionSamples() {
   };
   std::vector<Sample> samples;
   for (const Case& creator : cases) {
-    samples.push_back(
-        {"AI by " + creator.creator, DetectIllustrator, EpsBy(creator.creator), creator.verdict});
+    samples.push_back({"AI by " + creator.creator, DetectIllustrator, EpsBy(creator.creator), creator.verdict});
   }
   return samples;
 }
@@ -350,8 +327,7 @@ std::vector<Sample> EscapeSamples() {
   const auto add = [&samples](const std::string& bytes, Verdict verdict) {
     samples.push_back({"HPGL escape " + bytes.substr(1), DetectHpgl, bytes, verdict});
   };
-  for (const char third : std::string("(ABEJKLORUYZ"))
-    add(std::string("\x1B.") + third + "IN;", YES);
+  for (const char third : std::string("(ABEJKLORUYZ")) add(std::string("\x1B.") + third + "IN;", YES);
   for (const char third : std::string("@HIMNT")) {
     add(std::string("\x1B.") + third + ":IN;", YES);
     add(std::string("\x1B.") + third + "1;IN;2:IN;", YES);
@@ -371,8 +347,7 @@ std::vector<Sample> EscapeSamples() {
 
 std::vector<Sample> PostscriptSamples() {
   std::vector<Sample> all;
-  for (auto table : {EpsSamples, JobSamples, IllustratorSamples, PjlSamples, VersionSamples,
-                     PdfSamples, HpglSamples, EscapeSamples}) {
+  for (auto table : {EpsSamples, JobSamples, IllustratorSamples, PjlSamples, VersionSamples, PdfSamples, HpglSamples, EscapeSamples}) {
     const std::vector<Sample> samples = table();
     all.insert(all.end(), samples.begin(), samples.end());
   }

@@ -8,18 +8,12 @@ namespace typescout::tests {
 namespace {
 
 // `bytes` zero bytes with `patch` at `at`.
-std::string With(std::size_t size, std::size_t at, const std::string& patch) {
-  return Patch(Fill(size), at, patch);
-}
+std::string With(std::size_t size, std::size_t at, const std::string& patch) { return Patch(Fill(size), at, patch); }
 
 // "BM", and at 14 the size of the header that follows.
-std::string Bitmap(std::size_t size, const std::string& headerSize) {
-  return PadTo(size, Patch("BM", 14, headerSize));
-}
+std::string Bitmap(std::size_t size, const std::string& headerSize) { return PadTo(size, Patch("BM", 14, headerSize)); }
 
-std::string Targa(char colourMapType, char imageType) {
-  return std::string{'\xFF', colourMapType, imageType, '\0'};
-}
+std::string Targa(char colourMapType, char imageType) { return std::string{'\xFF', colourMapType, imageType, '\0'}; }
 
 std::string ScitexCt(char units, char at1027, char direction) {
   std::string bytes = With(1081, 80, "CT");
@@ -29,13 +23,10 @@ std::string ScitexCt(char units, char at1027, char direction) {
   return bytes;
 }
 
-std::string GemImage(const std::string& header, const std::string& lastWord) {
-  return Patch(PadTo(16, header), 16, lastWord);
-}
+std::string GemImage(const std::string& header, const std::string& lastWord) { return Patch(PadTo(16, header), 16, lastWord); }
 
 // An executable whose new header stands at `header`.
-std::string Executable(const std::string& offset, std::size_t header,
-                       const std::string& signature) {
+std::string Executable(const std::string& offset, std::size_t header, const std::string& signature) {
   return Patch(Patch("MZ", 60, offset), header, signature);
 }
 
@@ -47,26 +38,20 @@ std::string NewExecutable(char target, const std::string& windowsVersion) {
 
 std::string MacPaint(const std::string& packets) { return Patch(Fill(512), 512, packets); }
 
-std::string WrappedMacPaint(const std::string& fileType, const std::string& packets) {
-  return Patch(With(640, 65, fileType), 640, packets);
-}
+std::string WrappedMacPaint(const std::string& fileType, const std::string& packets) { return Patch(With(640, 65, fileType), 640, packets); }
 
 // A GIF's signature and screen descriptor, with these flags.
 std::string Gif(char flags = '\0') { return PadTo(13, Patch("GIF89a", 10, {flags})); }
 
 // A picture: its descriptor with these flags, a colour table of `table` bytes, the minimum code
 // size and one sub-block of data.
-std::string Picture(char flags = '\0', std::size_t table = 0) {
-  return PadTo(9, ",") + flags + Fill(table, ';') + "\x08" + Bytes("\x02\x4C\x01\0");
-}
+std::string Picture(char flags = '\0', std::size_t table = 0) { return PadTo(9, ",") + flags + Fill(table, ';') + "\x08" + Bytes("\x02\x4C\x01\0"); }
 
 const std::string CONTROL = Bytes("!\xF9\x04\0\0\0\0\0");
 const std::string TRAILER = ";";
 
 // A start of image, and a frame header with this many components.
-std::string Frame(char code, char components) {
-  return Bytes("\xFF") + code + Bytes("\0\x0B\x08\0\x10\0\x10") + components;
-}
+std::string Frame(char code, char components) { return Bytes("\xFF") + code + Bytes("\0\x0B\x08\0\x10\0\x10") + components; }
 
 const std::string SOI = "\xFF\xD8";
 const std::string EOI = "\xFF\xD9";
@@ -74,14 +59,10 @@ const std::string BASELINE = Frame('\xC0', 3);
 const std::string PROGRESSIVE = Frame('\xC2', 3);
 
 // A segment of this marker whose length field says `length`, with as many bytes as it says.
-std::string Segment(char code, char length) {
-  return PadTo(static_cast<std::size_t>(length) + 2, std::string{'\xFF', code, '\0', length});
-}
+std::string Segment(char code, char length) { return PadTo(static_cast<std::size_t>(length) + 2, std::string{'\xFF', code, '\0', length}); }
 
 // PostScript that the paint program wrote: `creator` follows the comment that has to be there.
-std::string PaintEps(const std::string& creator) {
-  return "%!PS\n%%BoundingBox: 0 0 9 9\n%%Creator: " + creator;
-}
+std::string PaintEps(const std::string& creator) { return "%!PS\n%%BoundingBox: 0 0 9 9\n%%Creator: " + creator; }
 
 const std::string DOS_EPS = "\xC5\xD0\xD3\xC6";
 
@@ -92,8 +73,7 @@ std::vector<Sample> SignatureSamples() {
       {"BMP of 15 bytes", DetectWindowsBitmap, Bitmap(15, Bytes("\x28")), NO},
       {"BMP with a header of 41", DetectWindowsBitmap, Bitmap(18, Bytes("\x29\0\0\0")), NO},
       {"BMP with a header of 39", DetectWindowsBitmap, Bitmap(18, Bytes("\x27\0\0\0")), NO},
-      {"BMP with a header of 40 and 2^24", DetectWindowsBitmap, Bitmap(18, Bytes("\x28\0\0\1")),
-       NO},
+      {"BMP with a header of 40 and 2^24", DetectWindowsBitmap, Bitmap(18, Bytes("\x28\0\0\1")), NO},
       {"BMP called BN", DetectWindowsBitmap, Patch(Bitmap(18, "\x28"), 0, "BN"), NO},
 
       {"OS/2 BMP 1", DetectOs2Bitmap, Bitmap(18, Bytes("\x0C\0\0\0")), YES},
@@ -156,29 +136,22 @@ std::vector<Sample> SignatureSamples() {
       {"icon called a cursor", DetectIconResource, Bytes("\0\0\2"), NO},
       {"icon with a reserved byte", DetectIconResource, Bytes("\1\0\1"), NO},
       {"icons in an executable", DetectIconResource, Executable(Bytes("\x40\0"), 64, "PE"), YES},
-      {"cursors in an executable", DetectCursorResource, Executable(Bytes("\x40\0"), 64, "PE"),
-       YES},
+      {"cursors in an executable", DetectCursorResource, Executable(Bytes("\x40\0"), 64, "PE"), YES},
 
       {"PE", DetectExecutableResource, Executable(Bytes("\x80\0\0\0"), 128, Bytes("PE\0\0")), YES},
-      {"PE cut behind its first byte", DetectExecutableResource,
-       Executable(Bytes("\x80\0"), 128, "P"), NO},
-      {"PE with an offset above 65,535", DetectExecutableResource,
-       Executable(Bytes("\x80\0\1\0"), 128, Bytes("PE\0\0")), YES},
+      {"PE cut behind its first byte", DetectExecutableResource, Executable(Bytes("\x80\0"), 128, "P"), NO},
+      {"PE with an offset above 65,535", DetectExecutableResource, Executable(Bytes("\x80\0\1\0"), 128, Bytes("PE\0\0")), YES},
       {"PE at a high offset", DetectExecutableResource, Executable(Bytes("\0\2"), 512, "PE"), YES},
       {"PE with a third letter", DetectExecutableResource, Executable("\x80", 128, "PEx"), NO},
-      {"PE with a fourth letter", DetectExecutableResource, Executable("\x80", 128, Bytes("PE\0x")),
-       NO},
-      {"executable without a new header", DetectExecutableResource,
-       PadTo(64, Executable("\x40", 61, "")), NO},
-      {"executable called ZM", DetectExecutableResource,
-       Patch(Executable("\x80", 128, "PE"), 0, "ZM"), NO},
+      {"PE with a fourth letter", DetectExecutableResource, Executable("\x80", 128, Bytes("PE\0x")), NO},
+      {"executable without a new header", DetectExecutableResource, PadTo(64, Executable("\x40", 61, "")), NO},
+      {"executable called ZM", DetectExecutableResource, Patch(Executable("\x80", 128, "PE"), 0, "ZM"), NO},
       {"NE for Windows 3.0", DetectExecutableResource, NewExecutable(2, Bytes("\0\3")), YES},
       {"NE for Windows 3.10", DetectExecutableResource, NewExecutable(2, Bytes("\x0A\3")), YES},
       {"NE for Windows 2.255", DetectExecutableResource, NewExecutable(2, Bytes("\xFF\2")), NO},
       {"NE for OS/2", DetectExecutableResource, NewExecutable(1, Bytes("\0\3")), NO},
       {"NE for Windows 386", DetectExecutableResource, NewExecutable(4, Bytes("\0\3")), NO},
-      {"NE cut before its version", DetectExecutableResource,
-       PadTo(128 + 63, NewExecutable(2, Bytes("\0\3"))), NO},
+      {"NE cut before its version", DetectExecutableResource, PadTo(128 + 63, NewExecutable(2, Bytes("\0\3"))), NO},
       {"LE", DetectExecutableResource, Executable("\x80", 128, "LE"), NO},
 
       {"PSD", DetectPhotoshop, Bytes("8BPS\0"), YES},
@@ -202,15 +175,11 @@ std::vector<Sample> SignatureSamples() {
       {"WebP in RIFX", DetectWebP, Bytes("RIFX\0\0\0\0WEBPV"), NO},
 
       {"0327", DetectFilter0327, With(44, 1, "\2").replace(40, 4, "\x3F\xE6\x66\x66"), YES},
-      {"0327 of 43 bytes", DetectFilter0327,
-       PadTo(43, With(43, 1, "\2").replace(40, 3, "\x3F\xE6\x66")), NO},
-      {"0327 with version 3", DetectFilter0327,
-       With(44, 1, "\3").replace(40, 4, "\x3F\xE6\x66\x66"), NO},
-      {"0327 with version 258", DetectFilter0327,
-       With(44, 0, "\1\2").replace(40, 4, "\x3F\xE6\x66\x66"), NO},
+      {"0327 of 43 bytes", DetectFilter0327, PadTo(43, With(43, 1, "\2").replace(40, 3, "\x3F\xE6\x66")), NO},
+      {"0327 with version 3", DetectFilter0327, With(44, 1, "\3").replace(40, 4, "\x3F\xE6\x66\x66"), NO},
+      {"0327 with version 258", DetectFilter0327, With(44, 0, "\1\2").replace(40, 4, "\x3F\xE6\x66\x66"), NO},
       {"0327 with 1.7", DetectFilter0327, With(44, 1, "\2").replace(40, 4, "\x3F\xD9\x99\x9A"), NO},
-      {"0327 with a little more than 1.8", DetectFilter0327,
-       With(44, 1, "\2").replace(40, 4, "\x3F\xE6\x66\x67"), NO},
+      {"0327 with a little more than 1.8", DetectFilter0327, With(44, 1, "\2").replace(40, 4, "\x3F\xE6\x66\x67"), NO},
 
       {"XPM", DetectXpm, Bytes("/* XPM */"), YES},
       {"XPM without spaces", DetectXpm, Bytes("/*XPM*/\n\n"), NO},
@@ -230,10 +199,8 @@ std::vector<Sample> SignatureSamples() {
 
       {"GEM of 8 words", DetectGemImage, GemImage(Bytes("\0\1\0\x08"), Bytes("\x40\4")), YES},
       {"GEM of 9 words", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\0\3")), YES},
-      {"GEM of 9 words, bit 7", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\x80\3")),
-       YES},
-      {"GEM of 9 words, all high bits", DetectGemImage,
-       GemImage(Bytes("\0\1\0\x09"), Bytes("\xFF\0")), YES},
+      {"GEM of 9 words, bit 7", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\x80\3")), YES},
+      {"GEM of 9 words, all high bits", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\xFF\0")), YES},
       {"GEM of 9 words, bit 6", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\x40\0")), NO},
       {"GEM of 9 words, 4", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\0\4")), NO},
       {"GEM of 10 words", DetectGemImage, GemImage(Bytes("\0\1\0\x0A"), Bytes("\0\0")), NO},
@@ -241,10 +208,8 @@ std::vector<Sample> SignatureSamples() {
       {"GEM of 264 words", DetectGemImage, GemImage(Bytes("\0\1\1\x08"), Bytes("\0\0")), NO},
       {"GEM version 2", DetectGemImage, GemImage(Bytes("\0\2\0\x08"), Bytes("\0\0")), NO},
       {"GEM version 257", DetectGemImage, GemImage(Bytes("\1\1\0\x08"), Bytes("\0\0")), NO},
-      {"GEM with a long pattern", DetectGemImage,
-       GemImage(Bytes("\0\1\0\x08\0\1\1"), Bytes("\0\0")), NO},
-      {"GEM with a pattern of 255", DetectGemImage,
-       GemImage(Bytes("\0\1\0\x08\0\1\0\xFF"), Bytes("\0\0")), YES},
+      {"GEM with a long pattern", DetectGemImage, GemImage(Bytes("\0\1\0\x08\0\1\1"), Bytes("\0\0")), NO},
+      {"GEM with a pattern of 255", DetectGemImage, GemImage(Bytes("\0\1\0\x08\0\1\0\xFF"), Bytes("\0\0")), YES},
       {"GEM of 17 bytes", DetectGemImage, GemImage(Bytes("\0\1\0\x08"), Bytes("\0")), NO},
   };
 }
@@ -255,27 +220,20 @@ std::vector<Sample> MacPaintSamples() {
   return {
       {"MacPaint, one literal", DetectMacPaint, MacPaint(line), YES},
       {"MacPaint, one run", DetectMacPaint, MacPaint(run), YES},
-      {"MacPaint, literal and run", DetectMacPaint,
-       MacPaint("\x22" + Fill(35, 'x') + Bytes("\xDC\0")), YES},
-      {"MacPaint, runs and literal", DetectMacPaint,
-       MacPaint(Bytes("\xFF\0\xFF\0") + "\x43" + Fill(68, 'x')), YES},
-      {"MacPaint, literals around a run", DetectMacPaint,
-       MacPaint("\x21" + Fill(34, 'x') + Bytes("\xFD\0") + "\x21" + Fill(34, 'x')), YES},
-      {"MacPaint, two literals", DetectMacPaint,
-       MacPaint("\x23" + Fill(36, 'x') + "\x23" + Fill(36, 'x')), NO},
+      {"MacPaint, literal and run", DetectMacPaint, MacPaint("\x22" + Fill(35, 'x') + Bytes("\xDC\0")), YES},
+      {"MacPaint, runs and literal", DetectMacPaint, MacPaint(Bytes("\xFF\0\xFF\0") + "\x43" + Fill(68, 'x')), YES},
+      {"MacPaint, literals around a run", DetectMacPaint, MacPaint("\x21" + Fill(34, 'x') + Bytes("\xFD\0") + "\x21" + Fill(34, 'x')), YES},
+      {"MacPaint, two literals", DetectMacPaint, MacPaint("\x23" + Fill(36, 'x') + "\x23" + Fill(36, 'x')), NO},
       {"MacPaint, a literal of 73", DetectMacPaint, MacPaint("\x48" + Fill(73, 'x')), NO},
       {"MacPaint, a run of 73", DetectMacPaint, MacPaint(Bytes("\xB8\0")), NO},
-      {"MacPaint, a run of 71 and a literal of 2", DetectMacPaint, MacPaint(Bytes("\xBA\0\1xx")),
-       NO},
+      {"MacPaint, a run of 71 and a literal of 2", DetectMacPaint, MacPaint(Bytes("\xBA\0\1xx")), NO},
       {"MacPaint, a run of 129", DetectMacPaint, MacPaint(Bytes("\x80\0")), NO},
-      {"MacPaint, a second literal of the missing length", DetectMacPaint,
-       MacPaint("\x46" + Fill(71, 'x') + Bytes("\0x")), NO},
+      {"MacPaint, a second literal of the missing length", DetectMacPaint, MacPaint("\x46" + Fill(71, 'x') + Bytes("\0x")), NO},
       {"MacPaint that begins with 1", DetectMacPaint, Patch(MacPaint(line), 0, "\1"), NO},
       {"MacPaint cut before its picture", DetectMacPaint, Fill(512), NO},
       {"MacPaint one byte late", DetectMacPaint, MacPaint("\x80" + line), NO},
       {"MacPaint behind MacBinary", DetectMacPaint, WrappedMacPaint("PNTG", line), YES},
-      {"MacPaint behind MacBinary, at 512", DetectMacPaint,
-       Patch(WrappedMacPaint("PNTG", ""), 512, run), NO},
+      {"MacPaint behind MacBinary, at 512", DetectMacPaint, Patch(WrappedMacPaint("PNTG", ""), 512, run), NO},
       {"MacBinary of another type", DetectMacPaint, WrappedMacPaint("PNTH", line), NO},
   };
 }
@@ -283,9 +241,7 @@ std::vector<Sample> MacPaintSamples() {
 std::vector<Sample> GifSamples() {
   const std::string chain = Bytes("\1x\2xx\0");
   const auto still = [](const std::string& blocks) { return Gif() + blocks + Picture() + TRAILER; };
-  const auto two = [](const std::string& between) {
-    return Gif() + Picture() + between + Picture() + TRAILER;
-  };
+  const auto two = [](const std::string& between) { return Gif() + Picture() + between + Picture() + TRAILER; };
   return {
       {"GIF", DetectGif, still(""), YES},
       {"GIF87a", DetectGif, Patch(still(""), 0, "GIF87a"), YES},
@@ -295,10 +251,8 @@ std::vector<Sample> GifSamples() {
       {"GIF with a table of 768", DetectGif, Gif('\x87') + Fill(768, ';') + Picture(), YES},
       {"GIF with table bits but no table", DetectGif, Gif('\x07') + Picture(), YES},
       {"GIF with a local table", DetectGif, Gif() + Picture('\x81', 12) + TRAILER, YES},
-      {"GIF with a local table and a second picture", DetectAnimatedGif,
-       Gif() + Picture('\x87', 768) + Picture(), YES},
-      {"GIF with local table bits but no table", DetectAnimatedGif,
-       Gif() + Picture('\x07') + Picture(), YES},
+      {"GIF with a local table and a second picture", DetectAnimatedGif, Gif() + Picture('\x87', 768) + Picture(), YES},
+      {"GIF with local table bits but no table", DetectAnimatedGif, Gif() + Picture('\x07') + Picture(), YES},
       {"GIF without a picture", DetectGif, Gif() + TRAILER, NO},
       {"GIF cut behind the introducer of its picture", DetectGif, Gif() + ",", YES},
       {"GIF cut in its data", DetectGif, Gif() + PadTo(10, ",") + "\x08\xFFxxx", YES},
@@ -307,10 +261,8 @@ std::vector<Sample> GifSamples() {
       {"GIF with a control extension that says 5", DetectGif, still(Patch(CONTROL, 2, "\5")), YES},
       {"GIF with a comment", DetectGif, still("!\xFE" + chain), YES},
       {"GIF with an application extension", DetectGif, still("!\xFF\x0BNETSCAPE2.0" + chain), YES},
-      {"GIF with a short application extension", DetectGif, still("!\xFF" + Bytes("\0") + chain),
-       YES},
-      {"GIF with an application extension of 128", DetectGif,
-       still("!\xFF\x80" + Fill(128, ',') + chain), YES},
+      {"GIF with a short application extension", DetectGif, still("!\xFF" + Bytes("\0") + chain), YES},
+      {"GIF with an application extension of 128", DetectGif, still("!\xFF\x80" + Fill(128, ',') + chain), YES},
       {"GIF with plain text", DetectGif, still("!\x01\x0C" + Fill(12, ',') + chain), YES},
       {"GIF with an unknown extension", DetectGif, still("!\x02" + chain), NO},
       {"GIF with extension FD", DetectGif, still("!\xFD" + chain), NO},
@@ -320,15 +272,11 @@ std::vector<Sample> GifSamples() {
       {"animated GIF with a comment", DetectAnimatedGif, two("!\xFE" + chain), YES},
       {"animated GIF with an unknown extension", DetectAnimatedGif, two("!\x02" + chain), NO},
       {"animated GIF with a byte between its pictures", DetectAnimatedGif, two(Bytes("\0")), NO},
-      {"animated GIF that ends with the second introducer", DetectAnimatedGif,
-       Gif() + Picture() + ",", YES},
-      {"animated GIF of three pictures", DetectAnimatedGif, two(CONTROL + Picture() + CONTROL),
-       YES},
+      {"animated GIF that ends with the second introducer", DetectAnimatedGif, Gif() + Picture() + ",", YES},
+      {"animated GIF of three pictures", DetectAnimatedGif, two(CONTROL + Picture() + CONTROL), YES},
       {"GIF is not animated", DetectAnimatedGif, still(""), NO},
       {"animated GIF with sub-blocks of 255", DetectAnimatedGif,
-       Gif() + PadTo(10, ",") + "\x08\xFF" + Fill(255, 'x') + "\xFF" + Fill(255, 'x') +
-           Bytes("\0") + Picture(),
-       YES},
+       Gif() + PadTo(10, ",") + "\x08\xFF" + Fill(255, 'x') + "\xFF" + Fill(255, 'x') + Bytes("\0") + Picture(), YES},
       {"animated GIF beyond the head", DetectAnimatedGif,
        Gif() + PadTo(10, ",") + "\x08" +
            [] {
@@ -344,8 +292,7 @@ std::vector<Sample> GifSamples() {
 
 std::vector<Sample> JpegSamples() {
   return {
-      {"JPEG baseline", DetectJpeg, SOI + Segment('\xE0', 16) + Segment('\xDB', 67) + BASELINE,
-       YES},
+      {"JPEG baseline", DetectJpeg, SOI + Segment('\xE0', 16) + Segment('\xDB', 67) + BASELINE, YES},
       {"JPEG grey", DetectJpeg, SOI + Frame('\xC0', 1), YES},
       {"JPEG CMYK", DetectJpeg, SOI + Frame('\xC0', 4), YES},
       {"JPEG without components", DetectJpeg, SOI + Frame('\xC0', 0), NO},
@@ -360,19 +307,15 @@ std::vector<Sample> JpegSamples() {
       {"JPEG extended sequential", DetectJpeg, SOI + Frame('\xC1', 3), NO},
       {"JPEG lossless", DetectJpeg, SOI + Frame('\xC3', 3), NO},
       {"JPEG without a marker's first byte", DetectJpeg, SOI + "\xFE\xC2", NO},
-      {"JPEG with Exif beyond the head", DetectJpeg, SOI + Bytes("\xFF\xE1\xFF\xFF") + Fill(200),
-       NO},
+      {"JPEG with Exif beyond the head", DetectJpeg, SOI + Bytes("\xFF\xE1\xFF\xFF") + Fill(200), NO},
       {"JPEG with a segment that ends the file", DetectJpeg, SOI + Segment('\xE1', 20), NO},
-      {"JPEG with a segment of 256", DetectJpeg,
-       SOI + PadTo(258, Bytes("\xFF\xE1\1\0")) + PROGRESSIVE, YES},
+      {"JPEG with a segment of 256", DetectJpeg, SOI + PadTo(258, Bytes("\xFF\xE1\1\0")) + PROGRESSIVE, YES},
       {"JPEG with a segment of length 0", DetectJpeg, SOI + Bytes("\xFF\xFE") + Bytes("\0\0"), NO},
       {"JPEG with every segment", DetectJpeg,
-       SOI + Segment('\xC4', 5) + Segment('\xCC', 4) + Segment('\xDA', 3) + Segment('\xDB', 6) +
-           Segment('\xDE', 9) + Segment('\xE0', 3) + Segment('\xEE', 7) + Segment('\xFE', 8) +
-           PROGRESSIVE,
+       SOI + Segment('\xC4', 5) + Segment('\xCC', 4) + Segment('\xDA', 3) + Segment('\xDB', 6) + Segment('\xDE', 9) + Segment('\xE0', 3) +
+           Segment('\xEE', 7) + Segment('\xFE', 8) + PROGRESSIVE,
        YES},
-      {"JPEG with every bare marker", DetectJpeg,
-       SOI + Bytes("\xFF\x01\xFF\xD0\xFF\xD7") + BASELINE, YES},
+      {"JPEG with every bare marker", DetectJpeg, SOI + Bytes("\xFF\x01\xFF\xD0\xFF\xD7") + BASELINE, YES},
       {"JPEG with segments of fixed size", DetectJpeg,
        SOI +
            Bytes("\xFF\xDC\xFF\xFF\0\0"
@@ -408,8 +351,7 @@ std::vector<Sample> JpegSamples() {
        YES},
       {"TIFF as a JPEG", DetectJpeg, Bytes("II*"), YES},
       {"TIFF as a JPEG, big-endian", DetectJpeg, Bytes("MM\0*"), YES},
-      {"TIFF of the charting program as a JPEG", DetectJpeg, Bytes("MM\0*\0\0\0\x08TavonGRAPH"),
-       NO},
+      {"TIFF of the charting program as a JPEG", DetectJpeg, Bytes("MM\0*\0\0\0\x08TavonGRAPH"), NO},
       {"TIFF marked 3DF. as a JPEG", DetectJpeg,
        Bytes("II*\0\0\0\0\x08"
              "3DF."),
@@ -425,37 +367,29 @@ std::vector<Sample> PaintEpsSamples() {
       {"paint EPS with joined words", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE-Pro 10"), YES},
       {"paint EPS with another word", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE Pro 10"), NO},
       {"paint EPS without a version", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE"), NO},
-      {"paint EPS, the first name counts", DetectPaintEps,
-       PaintEps("Tavon PIXEL-FORGE 5\nTavon PIXEL-FORGE 9"), NO},
+      {"paint EPS, the first name counts", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE 5\nTavon PIXEL-FORGE 9"), NO},
       {"paint EPS, cut name", DetectPaintEps, PaintEps("Tavon PIXEL-FORG"), NO},
       {"paint EPS with plates", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE 9\nPlateFile:"), NO},
-      {"paint EPS with a cut plate", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE 9\nPlateFile"),
-       YES},
+      {"paint EPS with a cut plate", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE 9\nPlateFile"), YES},
       {"paint EPS without a box", DetectPaintEps, "%!PS %%BoundingBox Tavon PIXEL-FORGE 9", NO},
       {"paint EPS without a header", DetectPaintEps, " %!" + PaintEps("Tavon PIXEL-FORGE 9"), NO},
       {"paint EPS, binary", DetectPaintEps, DOS_EPS + "Tavon PIXEL-FORGE 9", YES},
       {"paint EPS, another binary", DetectPaintEps, "\xC5\xD0\xD3\xC7Tavon PIXEL-FORGE 9", NO},
-      {"paint EPS, digit within 260 bytes", DetectPaintEps,
-       PaintEps("Tavon PIXEL-FORGE" + Fill(242, ' ') + "9"), YES},
-      {"paint EPS, digit behind 260 bytes", DetectPaintEps,
-       PaintEps("Tavon PIXEL-FORGE" + Fill(243, ' ') + "9"), NO},
-      {"paint EPS, version behind a zero byte", DetectPaintEps,
-       PaintEps("Tavon PIXEL-FORGE" + Bytes("\0 9")), NO},
+      {"paint EPS, digit within 260 bytes", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE" + Fill(242, ' ') + "9"), YES},
+      {"paint EPS, digit behind 260 bytes", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE" + Fill(243, ' ') + "9"), NO},
+      {"paint EPS, version behind a zero byte", DetectPaintEps, PaintEps("Tavon PIXEL-FORGE" + Bytes("\0 9")), NO},
       {"paint EPS, cut at 13 bytes", DetectPaintEps, "%!%%BoundingB", NO},
   };
 }
 
 // The decoder is a module: without it the row is always no.
-std::vector<Sample> CameraRawSamples() {
-  return {{"camera raw without its decoder", DetectCameraRaw, "raw", NO, L"photo.cr2"}};
-}
+std::vector<Sample> CameraRawSamples() { return {{"camera raw without its decoder", DetectCameraRaw, "raw", NO, L"photo.cr2"}}; }
 
 }  // namespace
 
 std::vector<Sample> RasterSamples() {
   std::vector<Sample> all;
-  for (auto part : {SignatureSamples, MacPaintSamples, GifSamples, JpegSamples, PaintEpsSamples,
-                    CameraRawSamples}) {
+  for (auto part : {SignatureSamples, MacPaintSamples, GifSamples, JpegSamples, PaintEpsSamples, CameraRawSamples}) {
     std::vector<Sample> samples = part();
     std::move(samples.begin(), samples.end(), std::back_inserter(all));
   }

@@ -8,8 +8,7 @@ namespace typescout::tests {
 const std::vector<Sample>& AllSamples() {
   static const std::vector<Sample> SAMPLES = [] {
     std::vector<Sample> all;
-    for (auto family : {RasterSamples, PostscriptSamples, VectorSamples, MediaSamples,
-                        NativeSamples, DocumentSamples}) {
+    for (auto family : {RasterSamples, PostscriptSamples, VectorSamples, MediaSamples, NativeSamples, DocumentSamples}) {
       std::vector<Sample> samples = family();
       std::move(samples.begin(), samples.end(), std::back_inserter(all));
     }

@@ -11,8 +11,8 @@ namespace {
 std::string CompoundHead() { return PadTo(64, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
 
 // A compound document with one stream.
-Sample Compound(const std::string& name, Detector detector, const std::wstring& stream,
-                const std::string& content, Verdict verdict, const std::wstring& path = L"sample") {
+Sample Compound(const std::string& name, Detector detector, const std::wstring& stream, const std::string& content, Verdict verdict,
+                const std::wstring& path = L"sample") {
   return {name, detector, CompoundHead(), verdict, path, 0, {{stream, content}}};
 }
 
@@ -69,8 +69,7 @@ std::vector<Sample> Signatures() {
       {"PICT with MacBinary, version 1", DetectPict, Patch(Fill(650) + "\x11\x01", 1, "\x05"), YES},
       {"PICT as if with MacBinary, name empty", DetectPict, Fill(650) + pict2, NO},
       {"PICT as if without MacBinary", DetectPict, Patch(Fill(522) + pict2, 1, "\x05"), NO},
-      {"PICT with two bytes that are no MacBinary", DetectPict,
-       Patch(Fill(522) + pict2, 0, "\x01\x05"), YES},
+      {"PICT with two bytes that are no MacBinary", DetectPict, Patch(Fill(522) + pict2, 0, "\x01\x05"), YES},
 
       {"EMF", DetectEnhancedMetafile, emf, YES},
       {"EMF with a null in front", DetectEnhancedMetafile, Fill(41) + "EMF", NO},
@@ -84,10 +83,8 @@ std::vector<Sample> Signatures() {
       {"HGB3 as HGB1", DetectHgb3, "HGB1", NO},
 
       {"0536", DetectFilter0536, Bytes("\x01\0\0\0\x01\0\x08\0D\0\0\0\0\x0C\x7F\x09\x06"), YES},
-      {"0536 last byte off", DetectFilter0536,
-       Bytes("\x01\0\0\0\x01\0\x08\0D\0\0\0\0\x0C\x7F\x09\x07"), NO},
-      {"0536 zero off", DetectFilter0536,
-       Bytes("\x01\0\0\0\x01\0\x08\0D\0\0\x01\0\x0C\x7F\x09\x06"), NO},
+      {"0536 last byte off", DetectFilter0536, Bytes("\x01\0\0\0\x01\0\x08\0D\0\0\0\0\x0C\x7F\x09\x07"), NO},
+      {"0536 zero off", DetectFilter0536, Bytes("\x01\0\0\0\x01\0\x08\0D\0\0\x01\0\x0C\x7F\x09\x06"), NO},
 
       {"SVG of four bytes", DetectSvg, "<svg", YES},
       {"SVG of three bytes", DetectSvg, "<sv", NO},
@@ -137,32 +134,20 @@ std::vector<Sample> Cgm() {
       {"CGM binary, end metafile", DetectCgm, begin + Bytes("\0\x40") + more, NO},
       {"CGM binary, class 1, id 3", DetectCgm, begin + Bytes("\x10\x60") + more, NO},
       {"CGM binary, class 1, id 65", DetectCgm, begin + Bytes("\x18\x20") + more, NO},
-      {"CGM binary, description before version", DetectCgm,
-       begin + Bytes("\x10\x40") + version + more, YES},
-      {"CGM binary, class 2 before version", DetectCgm, begin + Bytes("\x20\x20") + version + more,
-       NO},
-      {"CGM binary, class 5 before version", DetectCgm, begin + Bytes("\x50\x20") + version + more,
-       NO},
-      {"CGM binary, class 6 before version", DetectCgm, begin + Bytes("\x60\x20") + version + more,
-       YES},
+      {"CGM binary, description before version", DetectCgm, begin + Bytes("\x10\x40") + version + more, YES},
+      {"CGM binary, class 2 before version", DetectCgm, begin + Bytes("\x20\x20") + version + more, NO},
+      {"CGM binary, class 5 before version", DetectCgm, begin + Bytes("\x50\x20") + version + more, NO},
+      {"CGM binary, class 6 before version", DetectCgm, begin + Bytes("\x60\x20") + version + more, YES},
       {"CGM binary, class 6 only", DetectCgm, begin + Bytes("\x60\x20") + more, NO},
-      {"CGM binary, class 7 before version", DetectCgm, begin + Bytes("\x70\x20") + version + more,
-       YES},
-      {"CGM binary, class 8 before version", DetectCgm, begin + Bytes("\x80\x20") + version + more,
-       NO},
-      {"CGM binary, class 15 before version", DetectCgm, begin + Bytes("\xF0\x20") + version + more,
-       NO},
-      {"CGM binary, name of 5 bytes and a pad", DetectCgm,
-       Bytes("\0\x25") + "names@" + version + more, YES},
+      {"CGM binary, class 7 before version", DetectCgm, begin + Bytes("\x70\x20") + version + more, YES},
+      {"CGM binary, class 8 before version", DetectCgm, begin + Bytes("\x80\x20") + version + more, NO},
+      {"CGM binary, class 15 before version", DetectCgm, begin + Bytes("\xF0\x20") + version + more, NO},
+      {"CGM binary, name of 5 bytes and a pad", DetectCgm, Bytes("\0\x25") + "names@" + version + more, YES},
       {"CGM binary, name of 4 bytes", DetectCgm, Bytes("\0\x24") + "name" + version + more, YES},
-      {"CGM binary, name of 30 bytes", DetectCgm,
-       Bytes("\0\x3E") + Fill(2) + Fill(28, '@') + version + more, YES},
-      {"CGM binary, name of 32 bytes", DetectCgm,
-       Bytes("\0\x3F\0\x20") + Fill(32, '@') + version + more, YES},
-      {"CGM binary, name of 32 bytes, then a line", DetectCgm,
-       Bytes("\0\x3F\0\x20") + Fill(32) + more, NO},
-      {"CGM binary, name of 33 bytes and a pad", DetectCgm,
-       Bytes("\0\x3F\0\x21") + Fill(34, '@') + version + more, YES},
+      {"CGM binary, name of 30 bytes", DetectCgm, Bytes("\0\x3E") + Fill(2) + Fill(28, '@') + version + more, YES},
+      {"CGM binary, name of 32 bytes", DetectCgm, Bytes("\0\x3F\0\x20") + Fill(32, '@') + version + more, YES},
+      {"CGM binary, name of 32 bytes, then a line", DetectCgm, Bytes("\0\x3F\0\x20") + Fill(32) + more, NO},
+      {"CGM binary, name of 33 bytes and a pad", DetectCgm, Bytes("\0\x3F\0\x21") + Fill(34, '@') + version + more, YES},
       {"CGM binary, name of 32768 bytes", DetectCgm, Bytes("\0\x3F\x80\0") + more, YES},
       {"CGM binary, version first", DetectCgm, version + version + more, NO},
 
@@ -266,50 +251,36 @@ std::vector<Sample> RecordStreams() {
 
       {"0505 first group, third group", DetectFilter0505, first + third, YES},
       {"0505 first group, filler, third group", DetectFilter0505, first + filler + third, YES},
-      {"0505 filler, first group of one record, third group", DetectFilter0505,
-       filler + open1 + last1 + third, YES},
+      {"0505 filler, first group of one record, third group", DetectFilter0505, filler + open1 + last1 + third, YES},
       {"0505 first group unclosed", DetectFilter0505, open1 + record1 + third, NO},
-      {"0505 first group, record's type off", DetectFilter0505,
-       open1 + Patch(record1, 0, "\x03") + last1 + third, NO},
-      {"0505 first group, record's kind off", DetectFilter0505,
-       open1 + Patch(record1, 2, "\x04") + last1 + third, NO},
-      {"0505 first group opened by its close", DetectFilter0505,
-       Patch(open1, 3, "\x7F") + record1 + last1 + third, NO},
+      {"0505 first group, record's type off", DetectFilter0505, open1 + Patch(record1, 0, "\x03") + last1 + third, NO},
+      {"0505 first group, record's kind off", DetectFilter0505, open1 + Patch(record1, 2, "\x04") + last1 + third, NO},
+      {"0505 first group opened by its close", DetectFilter0505, Patch(open1, 3, "\x7F") + record1 + last1 + third, NO},
       {"0505 first group, head out at its mark", DetectFilter0505, open1, YES},
       {"0505 first group, one byte behind its mark", DetectFilter0505, open1 + "\x02", NO},
       {"0505 first group, head out at a record", DetectFilter0505, open1 + record1, YES},
-      {"0505 first group, head out in a record", DetectFilter0505,
-       open1 + Patch(record1, 1, "\x09"), YES},
+      {"0505 first group, head out in a record", DetectFilter0505, open1 + Patch(record1, 1, "\x09"), YES},
       {"0505 first group and two bytes", DetectFilter0505, first + "..", YES},
       {"0505 first group and three bytes", DetectFilter0505, first + "...", NO},
 
       {"0505 both groups, third group", DetectFilter0505, first + second + third, YES},
-      {"0505 both groups with fillers", DetectFilter0505, first + filler + second + filler + third,
-       YES},
+      {"0505 both groups with fillers", DetectFilter0505, first + filler + second + filler + third, YES},
       {"0505 groups the other way round", DetectFilter0505, second + first + third, NO},
-      {"0505 second group of two records", DetectFilter0505,
-       open2 + record2 + record2 + close2 + third, NO},
-      {"0505 second group, record's type off", DetectFilter0505,
-       open2 + Patch(record2, 0, "\x03") + close2 + third, NO},
-      {"0505 second group, record's kind off", DetectFilter0505,
-       open2 + Patch(record2, 2, "\x01") + close2 + third, NO},
-      {"0505 second group, close's type off", DetectFilter0505,
-       open2 + record2 + Patch(close2, 0, "\x03") + third, NO},
-      {"0505 second group, close's kind off", DetectFilter0505,
-       open2 + record2 + Patch(close2, 2, "\x05") + third, NO},
-      {"0505 second group, close's mark off", DetectFilter0505,
-       open2 + record2 + Patch(close2, 3, "\x80") + third, NO},
+      {"0505 second group of two records", DetectFilter0505, open2 + record2 + record2 + close2 + third, NO},
+      {"0505 second group, record's type off", DetectFilter0505, open2 + Patch(record2, 0, "\x03") + close2 + third, NO},
+      {"0505 second group, record's kind off", DetectFilter0505, open2 + Patch(record2, 2, "\x01") + close2 + third, NO},
+      {"0505 second group, close's type off", DetectFilter0505, open2 + record2 + Patch(close2, 0, "\x03") + third, NO},
+      {"0505 second group, close's kind off", DetectFilter0505, open2 + record2 + Patch(close2, 2, "\x05") + third, NO},
+      {"0505 second group, close's mark off", DetectFilter0505, open2 + record2 + Patch(close2, 3, "\x80") + third, NO},
       {"0505 second group, head out behind its record", DetectFilter0505, open2 + record2, NO},
-      {"0505 second group, head out in its record", DetectFilter0505,
-       open2 + Patch(record2, 1, "\x03"), YES},
+      {"0505 second group, head out in its record", DetectFilter0505, open2 + Patch(record2, 1, "\x03"), YES},
       {"0505 second group and two bytes", DetectFilter0505, second + "..", YES},
       {"0505 second group and three bytes", DetectFilter0505, second + "...", NO},
   };
 }
 
 // The file with a header at `at`, of this version and with this number behind it.
-std::string VisioFile(std::size_t size, std::size_t at, const std::string& version,
-                      const std::string& number = Bytes("\x01\0")) {
+std::string VisioFile(std::size_t size, std::size_t at, const std::string& version, const std::string& number = Bytes("\x01\0")) {
   const std::string header = PadTo(24, "Visio (TM) Drawing\r\n") + version + Fill(6) + number;
   return Patch(Fill(at), at, header).append(size, '\0').substr(0, size);
 }
@@ -335,8 +306,7 @@ std::vector<Sample> Visio() {
       {"Visio 7", DetectVisio, VisioFile(540, 0, Bytes("\0\0\x07\0")), NO},
       {"Visio at 512", DetectVisio, good, YES},
       {"Visio at 512, version beyond the end", DetectVisio, good.substr(0, 535) + Fill(5), NO},
-      {"Visio at 512, the first header decides", DetectVisio,
-       Patch(good, 0, VisioFile(36, 0, Fill(4))), NO},
+      {"Visio at 512, the first header decides", DetectVisio, Patch(good, 0, VisioFile(36, 0, Fill(4))), NO},
       {"Visio at 1000", DetectVisio, VisioFile(1'100, 1'000, version2), NO},
       {"Visio at 15872", DetectVisio, VisioFile(20'000, 15'872, version2), YES},
       {"Visio at 16384", DetectVisio, VisioFile(20'000, 16'384, version2), NO},
@@ -348,11 +318,9 @@ std::vector<Sample> CompoundRows() {
   const std::string graphics = Bytes("\xFFQLX....\x01\x16......");
   const std::wstring main = L"ScriptoraDesk_MAIN";
   const std::string contents = Bytes("\xE8\xAC");
-  Sample smallHead = Compound("QLX graphics stream, head of 16 bytes", DetectScriptoraGraphics,
-                              main, graphics, YES);
+  Sample smallHead = Compound("QLX graphics stream, head of 16 bytes", DetectScriptoraGraphics, main, graphics, YES);
   smallHead.bytes.resize(16);
-  Sample smallerHead = Compound("QLX graphics stream, head of 15 bytes", DetectScriptoraGraphics,
-                                main, graphics, NO);
+  Sample smallerHead = Compound("QLX graphics stream, head of 15 bytes", DetectScriptoraGraphics, main, graphics, NO);
   smallerHead.bytes.resize(15);
   return {
       {"QLX graphics", DetectScriptoraGraphics, graphics, YES},
@@ -362,12 +330,9 @@ std::vector<Sample> CompoundRows() {
       {"QLX graphics, product 2", DetectScriptoraGraphics, Patch(graphics, 8, "\x02"), NO},
       {"QLX document as graphics", DetectScriptoraGraphics, Patch(graphics, 9, "\x0A"), NO},
       Compound("QLX graphics stream", DetectScriptoraGraphics, main, graphics, YES),
-      Compound("QLX graphics stream of 15 bytes", DetectScriptoraGraphics, main,
-               graphics.substr(0, 15), NO),
-      Compound("QLX graphics stream, document", DetectScriptoraGraphics, main,
-               Patch(graphics, 9, "\x0A"), NO),
-      Compound("QLX graphics in another stream", DetectScriptoraGraphics, L"Contents", graphics,
-               NO),
+      Compound("QLX graphics stream of 15 bytes", DetectScriptoraGraphics, main, graphics.substr(0, 15), NO),
+      Compound("QLX graphics stream, document", DetectScriptoraGraphics, main, Patch(graphics, 9, "\x0A"), NO),
+      Compound("QLX graphics in another stream", DetectScriptoraGraphics, L"Contents", graphics, NO),
       std::move(smallHead),
       std::move(smallerHead),
 
@@ -379,12 +344,10 @@ std::vector<Sample> CompoundRows() {
       {"Publisher named pu", DetectPublisher, "anything", NO, L"picture.pu"},
       {"Publisher without a dot", DetectPublisher, "anything", NO, L"pub"},
       Compound("Publisher stream", DetectPublisher, L"Contents", contents, YES, L"a.pub"),
-      Compound("Publisher stream, the other byte order", DetectPublisher, L"Contents", "\xAC\xE8",
-               NO, L"a.pub"),
+      Compound("Publisher stream, the other byte order", DetectPublisher, L"Contents", "\xAC\xE8", NO, L"a.pub"),
       Compound("Publisher stream of one byte", DetectPublisher, L"Contents", "\xE8", NO, L"a.pub"),
       Compound("Publisher without its stream", DetectPublisher, L"Content", contents, NO, L"a.pub"),
-      Compound("Publisher stream, another name", DetectPublisher, L"Contents", contents, NO,
-               L"a.doc"),
+      Compound("Publisher stream, another name", DetectPublisher, L"Contents", contents, NO, L"a.doc"),
   };
 }
 
