@@ -14,7 +14,7 @@ bool IsTiffHeader(const ByteView& head) {
 // The suite's charting program marks its files right behind the TIFF header.
 bool IsCharting(const ByteView& head) { return head.Matches(8, "TavonGRAPH"); }
 
-// The marker codes that the walk knows: 0xFF is followed by one of these.
+// The marker codes that the walk knows (those from RST0 to EOI stand alone).
 enum Marker : std::uint8_t {
   TEM = 0x01,
   SOF0 = 0xC0,  // baseline frame
@@ -22,7 +22,6 @@ enum Marker : std::uint8_t {
   DHT = 0xC4,
   DAC = 0xCC,
   RST0 = 0xD0,
-  RST7 = 0xD7,
   SOI = 0xD8,
   EOI = 0xD9,
   SOS = 0xDA,
