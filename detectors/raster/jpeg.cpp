@@ -5,6 +5,8 @@
 namespace typescout {
 namespace {
 
+using Position = ByteView::Position;
+
 bool IsTiffHeader(const ByteView& head) {
   return head.Matches(0, "II*\0") || head.Matches(0, "MM\0*");
 }
@@ -12,7 +14,7 @@ bool IsTiffHeader(const ByteView& head) {
 // The suite's charting program marks its files right behind the TIFF header.
 bool IsCharting(const ByteView& head) { return head.Matches(8, "TavonGRAPH"); }
 
-// The marker codes that the walk knows: 0xFF is followed by one of these.
+// The marker codes that the walk knows (those from RST0 to EOI stand alone).
 enum Marker : std::uint8_t {
   TEM = 0x01,
   SOF0 = 0xC0,  // baseline frame
@@ -20,7 +22,6 @@ enum Marker : std::uint8_t {
   DHT = 0xC4,
   DAC = 0xCC,
   RST0 = 0xD0,
-  RST7 = 0xD7,
   SOI = 0xD8,
   EOI = 0xD9,
   SOS = 0xDA,
@@ -36,7 +37,7 @@ enum Marker : std::uint8_t {
 
 // How far it is from the marker at `at` to the next; 0 for a marker that ends the walk. Segments of
 // a fixed size are passed over by it, whatever their length field says.
-std::int32_t DistanceToNext(const ByteView& head, std::int32_t at) {
+Position DistanceToNext(const ByteView& head, Position at) {
   const std::uint8_t code = head.U8(at + 1);
   if (code == TEM || (code >= RST0 && code <= EOI)) return 2;
   if (code == EXP) return 5;
@@ -51,7 +52,7 @@ std::int32_t DistanceToNext(const ByteView& head, std::int32_t at) {
 // Walks the markers up to the frame header, which decides.
 bool IsJpegStream(const ByteView& head) {
   bool hasStarted = false;
-  std::int32_t at = 0;
+  Position at = 0;
   do {
     if (head.U8(at) != 0xFF) return false;
     const std::uint8_t code = head.U8(at + 1);
@@ -62,7 +63,7 @@ bool IsJpegStream(const ByteView& head) {
     if (code == SOF2) return true;
     if (code == SOI) hasStarted = true;
     if (code == EOI) hasStarted = false;
-    const std::int32_t distance = DistanceToNext(head, at);
+    const Position distance = DistanceToNext(head, at);
     if (distance == 0) return false;
     at += distance;
   } while (at < head.size());

@@ -63,7 +63,10 @@ class File final : public TvnUtils::CFile {
     if (Note(Call::SEEK_FILE)) return offset == 0 ? 1 : 0;
     return position_ = std::min(offset, GetLength());
   }
-  std::uint64_t GetLength() override { return Content().size(); }
+  std::uint64_t GetLength() override {
+    const auto said = TheMachine().lengths.find(path_);
+    return said == TheMachine().lengths.end() ? Content().size() : said->second;
+  }
   std::uint64_t GetPosition() override { return position_; }
   bool SetLength(std::uint64_t /*length*/) override { return false; }
   std::int32_t Open(const wchar_t* path, std::int32_t /*mode*/) override {

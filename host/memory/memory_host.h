@@ -49,6 +49,7 @@ struct Fault {
 
 struct Machine {
   std::map<std::wstring, std::string> files;
+  std::map<std::wstring, std::uint64_t> lengths;  // said of a file in place of its real length
   std::map<std::wstring, Document>
       documents;                           // the files of these paths open as compound documents
   std::map<std::wstring, Module> modules;  // by the name or path given to TvnLibrary

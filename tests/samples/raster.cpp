@@ -330,7 +330,7 @@ std::vector<Sample> JpegSamples() {
       {"JPEG with marker C5", DetectJpeg, SOI + Segment('\xC5', 4) + BASELINE, NO},
       {"JPEG with marker CB", DetectJpeg, SOI + Segment('\xCB', 4) + BASELINE, NO},
       {"JPEG with marker CD", DetectJpeg, SOI + Segment('\xCD', 4) + BASELINE, NO},
-      {"JPEG with marker CF", DetectJpeg, SOI + Segment('\xCF', 4) + BASELINE, NO},
+      {"JPEG with marker CF", DetectJpeg, SOI + Bytes("\xFF\xCF") + BASELINE, NO},
       {"JPEG with a fill byte", DetectJpeg, SOI + "\xFF" + PROGRESSIVE, NO},
       {"JPEG that is empty", DetectJpeg, "", NO},
 

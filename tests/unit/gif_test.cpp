@@ -75,6 +75,51 @@ TEST_F(Gif, GoesOnInTheFileBehindTheCallersBytes) {
   EXPECT_EQ(check(PATH), 0x0616) << "the file opens by then";
 }
 
+// What the file holds below the first byte that the walk needs does not matter.
+TEST_F(Gif, IsTheCallersBytesUpToTheFirstNeededByte) {
+  const std::string bytes = GifOfSize(500);
+  const std::size_t needed = 280;  // where the last size byte stands
+  ASSERT_EQ(bytes[needed], static_cast<char>(500 - needed - 2));
+  std::string head = bytes.substr(0, 40);
+  int still = 4;
+  int animated = 53;
+  const auto check = [&](wchar_t* path, int* index) {
+    TheMachine().faults = {
+        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
+    return CheckFiltersFromList(path, index, 1, static_cast<int>(head.size()),
+                                reinterpret_cast<unsigned char*>(head.data()), 0);
+  };
+  std::wstring path = PATH;
+  TheMachine().files[PATH] = Fill(needed, ',') + bytes.substr(needed) + SECOND_PICTURE;
+  EXPECT_EQ(check(path.data(), &animated), 0x0616);
+  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1);
+  // Without a path, or with a file that ends before it, zeros end the walk.
+  EXPECT_EQ(check(nullptr, &still), 0x0305);
+  EXPECT_EQ(check(nullptr, &animated), 0);
+  TheMachine().files[PATH].resize(needed);
+  EXPECT_EQ(check(path.data(), &still), 0x0305);
+  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1) << "nothing to read";
+}
+
+TEST_F(Gif, IsNotReadOnBeyond4GiB) {
+  constexpr std::uint64_t LONGEST = 0xFFFF'FFFF;
+  const std::string head = PadTo(13, "GIF89a") + ",";  // its flags, 9 bytes on, come first
+  constexpr std::uint64_t NEEDED = 13 + 9;
+  TheMachine().files[PATH] = head;
+  ProbeContext probe = {};
+  probe.head = reinterpret_cast<const unsigned char*>(head.data());
+  probe.headLength = static_cast<std::int32_t>(head.size());
+  probe.path = PATH;
+  for (const std::uint64_t rest : {LONGEST, LONGEST + 1, 2 * LONGEST}) {
+    TheMachine().lengths[PATH] = NEEDED + rest;
+    // The second allocation, after the file object, is the one for the rest.
+    const memory_host::FailingAllocation failing(2);
+    EXPECT_EQ(DetectGif(&probe), 1) << rest;
+    EXPECT_EQ(failing.HasFailed(), rest == LONGEST) << rest;
+  }
+  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 0);
+}
+
 TEST_F(Gif, ThatCannotBeReadOnIsWhatTheHeadSays) {
   TheMachine().files[PATH] = GifOfSize(2 * HEAD) + SECOND_PICTURE;
   TheMachine().faults = {{.call = Call::OPEN_FILE, .nth = 2}};
@@ -106,7 +151,14 @@ TEST_F(Gif, ThatShrinksMeanwhileThrows) {
     EXPECT_EQ(ids[0], 4) << "the list was rewritten before";
     EXPECT_EQ(TheMachine().OpenObjects(), 0);
   }
+  // A file that ends between the question for its length and the read.
+  memory_host::Reset();
   TheMachine().files[PATH] = bytes;
+  TheMachine().lengths[PATH] = bytes.size() + 1;
+  EXPECT_THROW(CheckOneFilter(PATH, 0x0305, 0), int);
+  EXPECT_EQ(TheMachine().OpenObjects(), 0);
+
+  TheMachine().lengths.clear();
   TheMachine().documents[PATH] = {};
   TheMachine().faults = {{.call = Call::READ_FILE, .nth = TheMachine().calls[Call::READ_FILE] + 2}};
   EXPECT_THROW(TypeScoutFile(PATH), int);
