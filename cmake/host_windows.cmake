@@ -29,3 +29,13 @@ function(make_windows_module target)
     COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${exports} -l $<TARGET_LINKER_FILE:${target}>
     VERBATIM)
 endfunction()
+
+# Header-only libraries are the same for every machine; the rest of the build machine's headers,
+# beside which they lie, must not be seen.
+set(headers ${PROJECT_BINARY_DIR}/headers)
+file(MAKE_DIRECTORY ${headers})
+foreach(folder CLI nlohmann)
+  file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
+endforeach()
+set(CLI11_INCLUDE_DIR ${headers} CACHE PATH "" FORCE)
+set(NLOHMANN_JSON_INCLUDE_DIR ${headers} CACHE PATH "" FORCE)
