@@ -25,6 +25,8 @@ constexpr std::size_t MINI_SECTOR_SIZE = 64;
 constexpr std::uint64_t MINI_STREAM_CUTOFF = 4096;  // shorter streams lie in the mini stream
 constexpr std::size_t ENTRY_SIZE = 128;
 constexpr std::uint32_t ROOT_ENTRY = 0;
+// Far more than any document has below its root; what a directory made to be slow can cost.
+constexpr std::size_t MOST_ENTRIES = 1 << 18;
 
 std::uint16_t U16(const std::uint8_t* bytes) {
   return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
@@ -212,10 +214,11 @@ class Document {
     std::array<std::uint8_t, LARGEST_SECTOR> bytes_;
   };
 
-  std::vector<std::uint32_t> Chain(std::uint32_t first) {
+  std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most) {
     std::vector<std::uint32_t> chain;
     Visited visited(sectorCount_);
-    for (std::uint32_t sector = first; visited.Visit(sector); sector = Next(sector)) {
+    for (std::uint32_t sector = first; chain.size() < most && visited.Visit(sector);
+         sector = Next(sector)) {
       chain.push_back(sector);
     }
     return chain;
@@ -238,18 +241,20 @@ class Document {
   }
 
   const std::vector<std::uint32_t>& Directory() {
-    if (!directory_) directory_ = Chain(firstDirectorySector_);
+    if (!directory_) {
+      directory_ = Chain(firstDirectorySector_, MOST_ENTRIES / (SectorSize() / ENTRY_SIZE));
+    }
     return *directory_;
   }
   const std::vector<std::uint32_t>& MiniFat() {
-    if (!miniFat_) miniFat_ = Chain(firstMiniFatSector_);
+    if (!miniFat_) miniFat_ = Chain(firstMiniFatSector_, sectorCount_);
     return *miniFat_;
   }
   // The mini stream is the root's own.
   const std::vector<std::uint32_t>& MiniStream() {
     if (!miniStream_) {
       const std::optional<Entry> root = ReadEntry(ROOT_ENTRY);
-      miniStream_ = root ? Chain(root->FirstSector()) : std::vector<std::uint32_t>();
+      miniStream_ = root ? Chain(root->FirstSector(), sectorCount_) : std::vector<std::uint32_t>();
     }
     return *miniStream_;
   }
