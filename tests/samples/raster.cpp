@@ -202,6 +202,7 @@ std::vector<Sample> SignatureSamples() {
       {"GEM of 9 words, bit 7", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\x80\3")), YES},
       {"GEM of 9 words, all high bits", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\xFF\0")), YES},
       {"GEM of 9 words, bit 6", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\x40\0")), NO},
+      {"GEM of 9 words, bit 0", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\1\0")), NO},
       {"GEM of 9 words, 4", DetectGemImage, GemImage(Bytes("\0\1\0\x09"), Bytes("\0\4")), NO},
       {"GEM of 10 words", DetectGemImage, GemImage(Bytes("\0\1\0\x0A"), Bytes("\0\0")), NO},
       {"GEM of 7 words", DetectGemImage, GemImage(Bytes("\0\1\0\x07"), Bytes("\0\0")), NO},
