@@ -98,12 +98,13 @@ std::string Zsh() {
     const std::string sign = row.argument.empty() ? "" : NeedsArgument(row) ? "=" : "=-";
     const std::string help = Quoted("[" + std::string(row.help) + "]", ":");
     // What the brackets hold must not close them.
-    const auto spec = [&](const std::string& option) {
-      return "  '*" + option + "'" + help + (action.empty() ? "" : "'" + action + "'") + " \\\n";
+    const auto add = [&](const std::string& option) {
+      script += "  '*";
+      script += option + "'" + help + (action.empty() ? "" : "'" + action + "'") + " \\\n";
     };
-    script += spec(Long(row) + sign);
+    add(Long(row) + sign);
     if (row.shortName != 0) {
-      script += spec(std::string("-") + row.shortName + (row.argument.empty() ? "" : "+"));
+      add(std::string("-") + row.shortName + (row.argument.empty() ? "" : "+"));
     }
   }
   return script + "  '*:file:_files'\n";

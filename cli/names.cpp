@@ -65,6 +65,15 @@ bool IsPrintable(const Character& c) {
   return c.length != 0 && c.value >= 0x20 && c.value != '\\' && (c.value < 0x7F || c.value > 0x9F);
 }
 
+// Half a surrogate pair, encoded like any other character: how Windows' names are kept as bytes.
+Character DecodeHalf(std::string_view bytes) {
+  const auto at = [bytes](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
+  const bool isHalf =
+      bytes.size() >= 3 && at(0) == 0xED && (at(1) & 0xE0) == 0xA0 && (at(2) & 0xC0) == 0x80;
+  if (!isHalf) return {};
+  return {0xD000 | (at(1) & 0x3Fu) << 6 | (at(2) & 0x3Fu), 3};
+}
+
 }  // namespace
 
 std::wstring ToWide(std::string_view bytes) {
@@ -72,7 +81,8 @@ std::wstring ToWide(std::string_view bytes) {
   std::wstring wide;
   wide.reserve(bytes.size());
   while (!bytes.empty()) {
-    const Character c = Decode(bytes);
+    Character c = Decode(bytes);
+    if (sizeof(wchar_t) == 2 && c.length == 0) c = DecodeHalf(bytes);
     AppendWide(c.length == 0 ? RAW_BYTE + static_cast<std::uint8_t>(bytes.front()) : c.value,
                &wide);
     bytes.remove_prefix(std::max<std::size_t>(c.length, 1));
@@ -121,7 +131,7 @@ std::string Base64(std::string_view bytes) {
 }
 
 std::string ExtensionOf(std::string_view path) {
-  const std::string_view name = path.substr(path.rfind('/') + 1);
+  const std::string_view name = path.substr(path.find_last_of("/\\") + 1);
   const std::size_t dot = name.rfind('.');
   if (dot == std::string_view::npos || dot == 0) return {};
   std::string extension(name.substr(dot + 1));

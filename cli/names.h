@@ -8,7 +8,7 @@
 namespace typescout::cli {
 
 // The wide string that the library takes for a path of these bytes (typescout.h): a byte that is
-// not part of valid UTF-8 stands as U+DC00 + byte.
+// not part of valid UTF-8 stands as U+DC00 + byte. On Windows, UTF-16.
 std::wstring ToWide(std::string_view bytes);
 
 bool IsValidUtf8(std::string_view bytes);
@@ -21,7 +21,7 @@ std::string EscapeForTerminal(std::string_view bytes);
 std::string Base64(std::string_view bytes);
 
 // What follows the last component's last dot, in lower case (ASCII); empty when there is no dot or
-// nothing but the extension (".profile").
+// nothing but the extension (".profile"). Both slashes separate components, as for the library.
 std::string ExtensionOf(std::string_view path);
 
 }  // namespace typescout::cli

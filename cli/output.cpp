@@ -12,14 +12,14 @@ void Output::Append(std::string_view bytes) {
 }
 
 void Output::Flush() {
-  if (error_ == 0) error_ = platform::WriteAll(platform::Stream::OUT, waiting_);
+  if (error_ == 0) error_ = platform::WriteAll(platform::Stream::OUTPUT, waiting_);
   waiting_.clear();
 }
 
 void Complain(std::string_view message) {
-  static const bool isTerminal = platform::IsTerminal(platform::Stream::ERR);
+  static const bool isTerminal = platform::IsTerminal(platform::Stream::MESSAGES);
   const std::string shown = isTerminal ? EscapeForTerminal(message) : std::string(message);
-  platform::WriteAll(platform::Stream::ERR, "typescout: " + shown + "\n");
+  platform::WriteAll(platform::Stream::MESSAGES, "typescout: " + shown + "\n");
 }
 
 }  // namespace typescout::cli

@@ -110,7 +110,7 @@ bool MatchesGlob(const std::string& glob, const std::string& text);
 // or do not load are none of its business.
 void HoldModules();
 
-enum class Stream { IN, OUT, ERR };
+enum class Stream { INPUT, OUTPUT, MESSAGES };
 
 bool IsTerminal(Stream stream);
 
@@ -120,6 +120,7 @@ std::size_t ReadSome(std::intptr_t handle, char* to, std::size_t capacity, int* 
 std::intptr_t OpenForReading(const std::string& path, int* error);
 std::intptr_t StandardInput();
 void CloseHandle(std::intptr_t handle);
+
 // Whether the next ReadSome() would not wait.
 bool IsReadable(std::intptr_t handle);
 

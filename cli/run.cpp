@@ -27,14 +27,14 @@ bool IsAllowed(const std::string& when, bool automatically) {
 bool MayColor(const Options& options) {
   using platform::Environment;
   const std::string terminal = Environment("TERM");
-  const bool automatically = platform::IsTerminal(platform::Stream::OUT) &&
+  const bool automatically = platform::IsTerminal(platform::Stream::OUTPUT) &&
                              Environment("NO_COLOR").empty() && terminal != "dumb";
   return IsAllowed(options.color, automatically);
 }
 
 bool MayShowProgress(const Options& options) {
-  return IsAllowed(options.progress, platform::IsTerminal(platform::Stream::ERR) &&
-                                         !platform::IsTerminal(platform::Stream::OUT));
+  return IsAllowed(options.progress, platform::IsTerminal(platform::Stream::MESSAGES) &&
+                                         !platform::IsTerminal(platform::Stream::OUTPUT));
 }
 
 class Runner {
@@ -200,7 +200,7 @@ class Runner {
   }
 
   const Options& options_;
-  const bool isTerminal_ = platform::IsTerminal(platform::Stream::OUT);
+  const bool isTerminal_ = platform::IsTerminal(platform::Stream::OUTPUT);
   Examiner examiner_;
   std::unique_ptr<Writer> writer_;
   InputSource source_;

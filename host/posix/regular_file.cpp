@@ -67,8 +67,8 @@ bool RegularFile::Open(const wchar_t* path) {
     errno = EINVAL;
     return false;
   }
-  // O_NONBLOCK: a pipe without a writer, a device without a medium must not keep anybody waiting. It
-  // means nothing to a regular file.
+  // O_NONBLOCK: a pipe without a writer, a device without a medium must not keep anybody waiting.
+  // It means nothing to a regular file.
   do {
     descriptor_ = open(bytes.get(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   } while (descriptor_ < 0 && errno == EINTR);
