@@ -1,0 +1,44 @@
+// answers FOLDER: what the module says about each compound document below the folder: its name, the
+// answer of a full scan, and which of the rows that look into documents accept it. One line a file,
+// in the order of the names, so that two systems can be compared.
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "typescout/typescout.h"
+
+namespace {
+
+// Word-processor graphics and documents, Publisher, Word.
+constexpr int DOCUMENT_ROWS[] = {21, 24, 25, 26, 67, 79, 80};
+
+void Print(const std::filesystem::path& name, const std::filesystem::path& file) {
+  std::wstring path = file.wstring();
+  std::string line = name.generic_string();
+  char id[16];
+  std::snprintf(id, sizeof id, " 0x%04X", static_cast<unsigned>(TypeScoutFile(path.c_str())));
+  line += id;
+  for (const int row : DOCUMENT_ROWS) {
+    int rows[] = {row};
+    if (CheckFiltersFromList(path.data(), rows, 1, 0, nullptr, 0) != 0) {
+      line += ' ' + std::to_string(row);
+    }
+  }
+  std::puts(line.c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) return 64;
+  const std::filesystem::path folder = argv[1];
+  std::vector<std::filesystem::path> names;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) names.push_back(entry.path().lexically_relative(folder));
+  }
+  std::sort(names.begin(), names.end());
+  for (const auto& name : names) Print(name, folder / name);
+  return 0;
+}
