@@ -70,7 +70,7 @@ TEST(HostFile, OpensOnlyWhatIsThere) {
 }
 
 TEST(HostStrings, CopyWholeOrNotAtAll) {
-  for (const std::size_t length : {0, 1, 258, 259, 260, 5'000}) {
+  for (const std::size_t length : std::initializer_list<std::size_t>{0, 1, 258, 259, 260, 5'000}) {
     std::wstring buffer(300, L'#');
     const std::wstring source(length, L's');
     EXPECT_EQ(TvnUtl::StringCopy(buffer.data(), 260, source.c_str()), buffer.data());

@@ -64,7 +64,8 @@ std::string ReadStream(IStorage* storage, const wchar_t* name, std::size_t piece
 TEST(CompoundReader, GivesBackWhatWasWritten) {
   for (const int version : {3, 4}) {
     std::map<std::wstring, std::string> streams;
-    for (const std::size_t size : {0, 1, 63, 64, 65, 512, 4'095, 4'096, 4'097, 20'000}) {
+    for (const std::size_t size :
+         std::initializer_list<std::size_t>{0, 1, 63, 64, 65, 512, 4'095, 4'096, 4'097, 20'000}) {
       streams[L"Stream " + std::to_wstring(size)] = DocumentContent(size);
     }
     streams[std::wstring(31, L'n')] = "the longest name";
@@ -92,7 +93,7 @@ TEST(CompoundReader, FollowsTheDifat) {
   const std::map<std::wstring, std::string> streams = {{L"Long", DocumentContent(9'000)},
                                                        {L"Short", "x"}};
   // Just within what the header names, just beyond, and with a second sector of the DIFAT.
-  for (const std::size_t freeSectors : {13'700, 13'900, 31'000}) {
+  for (const std::size_t freeSectors : std::initializer_list<std::size_t>{13'700, 13'900, 31'000}) {
     const auto storage = OpenDocument(WriteCompound(streams, {.freeSectors = freeSectors}));
     EXPECT_EQ(ReadStream(storage.get(), L"Long"), DocumentContent(9'000)) << freeSectors;
     EXPECT_EQ(ReadStream(storage.get(), L"Short"), "x") << freeSectors;

@@ -31,7 +31,7 @@ std::size_t BytesOf(IStorage* storage, const wchar_t* name) {
 TEST(WindowsDocuments, AreReadAsOurWriterWritesThem) {
   const TempFolder folder;
   for (const int version : {3, 4}) {
-    for (const std::size_t freeSectors : {0, 14'000}) {
+    for (const std::size_t freeSectors : std::initializer_list<std::size_t>{0, 14'000}) {
       const auto path = folder.Write(
           "document", WriteCompound({{L"Long", DocumentContent(9'000)}, {L"Short", "x"}},
                                     {.version = version, .freeSectors = freeSectors}));
