@@ -23,7 +23,7 @@ constexpr std::string_view QUESTION = "What to ask";
 constexpr std::string_view OUTPUT = "What to print";
 constexpr std::string_view RUN = "How it goes";
 constexpr std::string_view ELSE = "What else there is";
-constexpr std::string_view HIDDEN = "";
+constexpr std::string_view HIDDEN;
 
 constexpr std::string_view WHEN = "auto always never";
 

@@ -1,5 +1,6 @@
 #include "cli/progress.h"
 
+#include <cmath>
 #include <string>
 
 #include "cli/platform.h"
@@ -22,7 +23,7 @@ void Progress::Update(std::uint64_t done) {
   line += " inputs, " + std::to_string(static_cast<std::uint64_t>(rate)) + "/s";
   if (total_ && rate > 0) {
     const double left = static_cast<double>(*total_ - done) / rate;
-    line += ", " + std::to_string(static_cast<std::uint64_t>(left + 0.5)) + " s left";
+    line += ", " + std::to_string(std::llround(left)) + " s left";
   }
   platform::WriteAll(platform::Stream::MESSAGES, line);
   isDrawn_ = true;
