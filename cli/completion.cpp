@@ -69,43 +69,39 @@ std::string Bash() {
          "complete -o filenames -F _typescout typescout\n";
 }
 
-// The text in single quotes, for a shell; `stop` and backslashes are escaped for what reads it
-// next.
-std::string Quoted(std::string_view text, std::string_view stop) {
-  std::string quoted = "'";
+// The text for between single quotes of a shell; `special` characters and backslashes are escaped
+// for what reads it next.
+std::string Escape(std::string_view text, std::string_view special) {
+  std::string escaped;
   for (const char c : text) {
     if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      if (c == '\\' || stop.find(c) != std::string_view::npos) quoted += '\\';
-      quoted += c;
+      escaped += "'\\''";
+      continue;
     }
+    if (c == '\\' || special.find(c) != std::string_view::npos) escaped += '\\';
+    escaped += c;
   }
-  return quoted + "'";
+  return escaped;
+}
+
+// What zsh is to offer after the option; empty where it takes no argument.
+std::string ZshAction(const OptionRow& row) {
+  if (row.argument.empty()) return {};
+  const std::string choices = Choices(row);
+  std::string action = NeedsArgument(row) ? ":" + std::string(row.argument) + ":" : ":WHEN:";
+  if (!choices.empty()) return action + "(" + choices + ")";
+  return action + (IsFile(row) ? "_files" : " ");
 }
 
 std::string Zsh() {
   std::string script = "#compdef typescout\n_arguments -s -S \\\n";
   for (const OptionRow& row : OptionTable()) {
     if (row.group.empty()) continue;
-    std::string action;
-    if (!row.argument.empty()) {
-      const std::string choices = Choices(row);
-      const std::string name(NeedsArgument(row) ? row.argument : "WHEN");
-      action =
-          ":" + name + ":" + (choices.empty() ? IsFile(row) ? "_files" : " " : "(" + choices + ")");
-    }
+    const std::string rest = "[" + Escape(row.help, ":[]") + "]" + ZshAction(row) + "' \\\n";
     const std::string sign = row.argument.empty() ? "" : NeedsArgument(row) ? "=" : "=-";
-    const std::string help = Quoted("[" + std::string(row.help) + "]", ":");
-    // What the brackets hold must not close them.
-    const auto add = [&](const std::string& option) {
-      script += "  '*";
-      script += option + "'" + help + (action.empty() ? "" : "'" + action + "'") + " \\\n";
-    };
-    add(Long(row) + sign);
-    if (row.shortName != 0) {
-      add(std::string("-") + row.shortName + (row.argument.empty() ? "" : "+"));
-    }
+    script += "  '*" + Long(row) + sign + rest;
+    if (row.shortName == 0) continue;
+    script += std::string("  '*-") + row.shortName + (row.argument.empty() ? "" : "+") + rest;
   }
   return script + "  '*:file:_files'\n";
 }
@@ -121,7 +117,7 @@ std::string Fish() {
     if (const std::string choices = Choices(row); !choices.empty() && !row.argument.empty()) {
       script += " -a '" + choices + "'";
     }
-    script += " -d " + Quoted(row.help, "") + "\n";
+    script += " -d '" + Escape(row.help, "") + "'\n";
   }
   return script;
 }
