@@ -99,9 +99,10 @@ std::string Zsh() {
     if (row.group.empty()) continue;
     const std::string rest = "[" + Escape(row.help, ":[]") + "]" + ZshAction(row) + "' \\\n";
     const std::string sign = row.argument.empty() ? "" : NeedsArgument(row) ? "=" : "=-";
-    script += "  '*" + Long(row) + sign + rest;
+    script.append("  '*").append(Long(row)).append(sign).append(rest);
     if (row.shortName == 0) continue;
-    script += std::string("  '*-") + row.shortName + (row.argument.empty() ? "" : "+") + rest;
+    script.append("  '*-").append(1, row.shortName);
+    script.append(row.argument.empty() ? "" : "+").append(rest);
   }
   return script + "  '*:file:_files'\n";
 }

@@ -19,7 +19,7 @@ extern "C" HRESULT CLSIDFromString(const wchar_t* text, CLSID* classId) {
   constexpr std::wstring_view FORM = L"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
   *classId = {};
   if (text == nullptr || std::wstring_view(text).size() != FORM.size()) return CO_E_CLASSSTRING;
-  std::uint8_t digits[32];
+  std::uint8_t digits[32] = {};
   std::size_t count = 0;
   for (std::size_t i = 0; i < FORM.size(); ++i) {
     if (FORM[i] != L'x') {
