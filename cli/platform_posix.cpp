@@ -40,7 +40,7 @@ Kind KindOf(mode_t mode) {
 }
 
 Kind KindOfEntry(unsigned char type) {
-  return type == DT_UNKNOWN ? Kind::NOT_TOLD : KindOf(DTTOIF(type));
+  return type == DT_UNKNOWN ? Kind::NOT_TOLD : KindOf(static_cast<mode_t>(DTTOIF(type)));
 }
 
 Status ToStatus(const struct stat& status) {
