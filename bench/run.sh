@@ -6,7 +6,7 @@ build=build/bench
 list=$build/list.txt
 
 cmake --preset bench >"$build.log"
-cmake --build $build >>"$build.log"
+cmake --build $build --target bench_detectors bench_compare typescout_cli >>"$build.log"
 
 # Several thousand files of this machine, the same ones in every run.
 find /etc /usr/bin /usr/include /usr/lib /usr/share -type f -readable 2>/dev/null | LC_ALL=C sort |
