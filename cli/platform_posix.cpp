@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -57,7 +58,9 @@ Status Failed(int error) {
   return status;
 }
 
-volatile std::sig_atomic_t interruptedBy = 0;
+// The signal; 0 while there was none.
+std::atomic<int> interruptedBy = 0;
+static_assert(std::atomic<int>::is_always_lock_free);  // as a signal handler needs it
 // Becomes readable with the first interrupt, so that one that comes just before a wait ends it too.
 std::array<int, 2> interruptPipe = {-1, -1};
 
@@ -276,7 +279,7 @@ void CatchInterrupts() {
 
 bool IsInterrupted() { return interruptedBy != 0; }
 
-void EndInterrupted() { EndBySignal(interruptedBy == 0 ? SIGINT : interruptedBy); }
+void EndInterrupted() { EndBySignal(interruptedBy.load()); }
 
 void EndClosedPipe() { EndBySignal(SIGPIPE); }
 
