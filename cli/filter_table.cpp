@@ -100,7 +100,7 @@ constexpr std::array<Filter, FILTER_COUNT> FILTERS = {{
     /*  90 */ {0x0812, "filter-0812",             "Document 0x0812",                          "",                                              "",                                                ""},
     /*  91 */ {0x0813, "filter-0813",             "Document 0x0813",                          "",                                              "",                                                "27"},
     /*  92 */ {0x0903, "short-line-text",         "Plain text, short lines",                  "text/plain",                                    "txt asc text",                                    ""},
-    /*  93 */ {0x0901, "text",                    "Plain text",                               "text/plain",                                    "txt asc text",                                    ""},
+    /*  93 */ {0x0901, "plain-text",              "Plain text",                               "text/plain",                                    "txt asc text",                                    ""},
     /*  94 */ {0x0902, "ascii-text",              "Plain text, seven-bit",                    "text/plain",                                    "txt asc text",                                    "92"},
     /*  95 */ {0x0904, "short-line-text-0904",    "Plain text, short lines (0x0904)",         "text/plain",                                    "txt asc text",                                    "92"},
     /*  96 */ {0x0900, "short-line-text-0900",    "Plain text, short lines (0x0900)",         "text/plain",                                    "txt asc text",                                    "92"},

@@ -44,6 +44,8 @@ TEST(FilterTable, HasALabelForEachIdentifier) {
               std::string_view::npos)
         << filter.label;
     EXPECT_FALSE(Family(filter.id).empty()) << filter.name;
+    // Candidates are given by either.
+    EXPECT_EQ(FindFilter(Family(filter.id)), nullptr) << filter.name;
   }
 }
 
