@@ -56,7 +56,7 @@ void Print(const char* name, std::vector<double> times, const char* end) {
     return times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
   };
   std::printf(
-      "\"%s\": {\"mean\": %.3f, \"median\": %.3f, \"p99\": %.3f, \"max\": %.3f, \"deciles\": [",
+      "\"%s\": {\"mean\": %.3f, \"median\": %.3f, \"p99\": %.3f, \"max\": %.3f, \"percentiles\": [",
       name, sum / static_cast<double>(times.size()), at(0.5), at(0.99), at(1));
   for (int i = 0; i <= 100; ++i) std::printf("%s%.3f", i == 0 ? "" : ", ", at(i / 100.0));
   std::printf("]}%s", end);

@@ -1,6 +1,7 @@
 #include "host/config.h"
 
 #include <cstdlib>
+#include <new>
 #include <string>
 
 #include "host/posix/module_folder.h"
@@ -13,6 +14,10 @@ TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
     return posix_host::WidePath(set);
   }
   const std::string& folder = posix_host::ModuleFolder();
-  return folder.empty() ? TvnPlatform::TvnStringT<wchar_t>()
-                        : posix_host::WidePath(folder + "filters");
+  if (folder.empty()) return {};
+  try {
+    return posix_host::WidePath(folder + "filters");
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
 }

@@ -107,6 +107,7 @@ std::size_t RegularFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t c
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
+    if (offset + done == size_) break;  // nothing more to come: no need to ask
   }
   return done;
 }
