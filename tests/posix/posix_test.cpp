@@ -158,15 +158,20 @@ TEST_F(Posix, AsksTheModulesOfTheSuite) {
   std::filesystem::create_directory(filters);
   std::filesystem::copy_file(TEST_MODULE_FILE, filters / "TvnPDFImport.so");
   setenv("TVN_FILTERS_DIR", filters.c_str(), 1);
-  for (const char* name : {"a2", "a8", "a0"}) folder_.Write(name, "%PDF-1.7");
+  for (const char* name : {"a2", "a8", "a0", "as"}) folder_.Write(name, "%PDF-1.7");
   EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0), 1);
   EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0x0503), 0);
   EXPECT_EQ(CheckOneFilter(Wide("a8").c_str(), 0x0535, 0x0503), 1);
   EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 0);
+  EXPECT_EQ(CheckOneFilter(Wide("as").c_str(), 0x0535, 0), 0) << "what it leaves is released";
   folder_.Write("a!", "%PDF-1.7");
   EXPECT_THROW(CheckOneFilter(Wide("a!").c_str(), 0x0535, 0), std::runtime_error);
+  // A module without the function (any other library), and none at all: every PDF.
+  std::filesystem::copy_file(TYPESCOUT_FILE, filters / "TvnPDFImport.so",
+                             std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1);
   setenv("TVN_FILTERS_DIR", (folder_.path() / "elsewhere").c_str(), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1) << "every PDF, without the module";
+  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1);
   unsetenv("TVN_FILTERS_DIR");
   // Nothing stays loaded.
   const std::filesystem::path module = filters / "TvnPDFImport.so";
