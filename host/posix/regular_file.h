@@ -31,7 +31,7 @@ class RegularFile {
   ~RegularFile() { Close(); }
 
   // Opens the file for reading; false, with `errno` set and nothing open, when it cannot be or is
-  // no regular file. Never blocks: a pipe, socket, device or folder is not even opened.
+  // no regular file. Never blocks: a pipe, device or folder is closed again unread.
   bool Open(const wchar_t* path);
   void Close();
 
