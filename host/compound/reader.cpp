@@ -18,6 +18,7 @@ namespace {
 constexpr std::uint32_t LAST_SECTOR = 0xFFFFFFFA;
 constexpr std::uint32_t NO_SECTOR = 0xFFFFFFFE;  // the end of a chain
 
+constexpr std::array<std::uint8_t, 8> SIGNATURE = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
 constexpr std::size_t HEADER_SIZE = 512;
 constexpr std::size_t DIFAT_IN_HEADER = 109;
 constexpr std::size_t LARGEST_SECTOR = 4096;
@@ -89,6 +90,21 @@ class Entry {
   std::array<std::uint8_t, ENTRY_SIZE> bytes_ = {};
 };
 
+class Document;
+
+// The sector that was read last, for what reads piece after piece and mostly stays within one.
+class SectorCache {
+ public:
+  // As Document::ReadSector.
+  std::size_t Read(const Document& document, std::uint32_t sector, std::size_t offset,
+                   std::uint8_t* bytes, std::size_t count);
+
+ private:
+  std::uint32_t sector_ = NO_SECTOR;
+  std::size_t length_ = 0;
+  std::array<std::uint8_t, LARGEST_SECTOR> bytes_;
+};
+
 // The document's structure: sectors, the two allocation tables, the directory.
 class Document {
  public:
@@ -102,9 +118,10 @@ class Document {
     constexpr std::uint16_t MINI_SECTOR_SHIFT = 6;
     version_ = U16(&header[26]);
     const std::uint16_t shift = U16(&header[30]);
-    if (!HasSignature(*source_) || U16(&header[28]) != LITTLE_ENDIAN_MARK ||
-        (version_ != 3 && version_ != 4) || (shift != 9 && shift != 12) ||
-        U16(&header[32]) != MINI_SECTOR_SHIFT || U32(&header[56]) != MINI_STREAM_CUTOFF) {
+    if (!std::equal(SIGNATURE.begin(), SIGNATURE.end(), header.begin()) ||
+        U16(&header[28]) != LITTLE_ENDIAN_MARK || (version_ != 3 && version_ != 4) ||
+        (shift != 9 && shift != 12) || U16(&header[32]) != MINI_SECTOR_SHIFT ||
+        U32(&header[56]) != MINI_STREAM_CUTOFF) {
       return false;
     }
     shift_ = shift;
@@ -138,7 +155,7 @@ class Document {
     const std::size_t index = sector / perSector;
     if (index >= fat_.size()) ReadDifat();
     if (index >= fat_.size()) return NO_SECTOR;
-    return fatCache_.Read(*this, fat_[index], sector % perSector);
+    return TableEntry(&fatCache_, fat_[index], sector % perSector);
   }
 
   // The same for sectors of the mini stream. [MS-CFB] 2.4.
@@ -146,7 +163,7 @@ class Document {
     const std::size_t perSector = SectorSize() / 4;
     const std::vector<std::uint32_t>& table = MiniFat();
     const std::size_t index = sector / perSector;
-    return index < table.size() ? miniFatCache_.Read(*this, table[index], sector % perSector)
+    return index < table.size() ? TableEntry(&miniFatCache_, table[index], sector % perSector)
                                 : NO_SECTOR;
   }
 
@@ -154,14 +171,14 @@ class Document {
     return MiniStream().size() * (SectorSize() / MINI_SECTOR_SIZE);
   }
 
-  std::size_t ReadMiniSector(std::uint32_t sector, std::size_t offset, void* bytes,
+  std::size_t ReadMiniSector(std::uint32_t sector, std::size_t offset, std::uint8_t* bytes,
                              std::size_t count) {
     const std::uint64_t position = std::uint64_t{sector} * MINI_SECTOR_SIZE;
     const std::uint64_t index = position >> shift_;
     if (index >= MiniStream().size()) return 0;
-    return ReadSector(MiniStream()[static_cast<std::size_t>(index)],
-                      static_cast<std::size_t>(position & (SectorSize() - 1)) + offset, bytes,
-                      count);
+    return miniStreamCache_.Read(*this, MiniStream()[static_cast<std::size_t>(index)],
+                                 static_cast<std::size_t>(position & (SectorSize() - 1)) + offset,
+                                 bytes, count);
   }
 
   std::optional<Entry> ReadEntry(std::uint32_t number) {
@@ -169,8 +186,9 @@ class Document {
     const std::size_t perSector = SectorSize() / ENTRY_SIZE;
     const std::size_t index = number / perSector;
     Entry entry;
-    if (index >= directory.size() || ReadSector(directory[index], number % perSector * ENTRY_SIZE,
-                                                entry.data(), ENTRY_SIZE) != ENTRY_SIZE) {
+    if (index >= directory.size() ||
+        directoryCache_.Read(*this, directory[index], number % perSector * ENTRY_SIZE, entry.data(),
+                             ENTRY_SIZE) != ENTRY_SIZE) {
       return std::nullopt;
     }
     return entry;
@@ -197,22 +215,12 @@ class Document {
   }
 
  private:
-  // One sector of an allocation table, kept since a chain mostly stays within it.
-  class TableCache {
-   public:
-    std::uint32_t Read(const Document& document, std::uint32_t sector, std::size_t index) {
-      if (sector != sector_) {
-        sector_ = sector;
-        length_ = document.ReadSector(sector, 0, bytes_.data(), document.SectorSize());
-      }
-      return 4 * index + 4 <= length_ ? U32(&bytes_[4 * index]) : NO_SECTOR;
-    }
-
-   private:
-    std::uint32_t sector_ = NO_SECTOR;
-    std::size_t length_ = 0;
-    std::array<std::uint8_t, LARGEST_SECTOR> bytes_;
-  };
+  // One number of a sector of an allocation table.
+  std::uint32_t TableEntry(SectorCache* cache, std::uint32_t sector, std::size_t index) const {
+    std::array<std::uint8_t, 4> entry;
+    return cache->Read(*this, sector, 4 * index, entry.data(), 4) == 4 ? U32(entry.data())
+                                                                       : NO_SECTOR;
+  }
 
   std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most) {
     std::vector<std::uint32_t> chain;
@@ -271,9 +279,23 @@ class Document {
   std::optional<std::vector<std::uint32_t>> directory_;
   std::optional<std::vector<std::uint32_t>> miniFat_;
   std::optional<std::vector<std::uint32_t>> miniStream_;
-  TableCache fatCache_;
-  TableCache miniFatCache_;
+  SectorCache fatCache_;
+  SectorCache miniFatCache_;
+  SectorCache miniStreamCache_;
+  SectorCache directoryCache_;
 };
+
+std::size_t SectorCache::Read(const Document& document, std::uint32_t sector, std::size_t offset,
+                              std::uint8_t* bytes, std::size_t count) {
+  if (sector != sector_) {
+    sector_ = sector;
+    length_ = document.ReadSector(sector, 0, bytes_.data(), document.SectorSize());
+  }
+  if (offset >= length_) return 0;
+  const std::size_t taken = std::min(count, length_ - offset);
+  std::copy_n(&bytes_[offset], taken, bytes);
+  return taken;
+}
 
 // A stream's content, read from its start on.
 class Content {
@@ -402,8 +424,6 @@ class Storage final : public Counted<IStorage> {
 }  // namespace
 
 bool HasSignature(const ByteSource& source) {
-  constexpr std::array<std::uint8_t, 8> SIGNATURE = {0xD0, 0xCF, 0x11, 0xE0,
-                                                     0xA1, 0xB1, 0x1A, 0xE1};
   std::array<std::uint8_t, 8> start;
   return source.ReadAt(0, start.data(), start.size()) == start.size() && start == SIGNATURE;
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/memory/failing_allocation.h"
 #include "host/owners.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
@@ -161,6 +162,31 @@ TEST(CompoundReader, OpensOnlyWhatItUnderstands) {
     const auto storage = OpenDocument(Patch(WholeDocument(), 30, bytes));
     ASSERT_EQ(static_cast<bool>(storage), shift == 9 || shift == 12) << shift;
     if (storage) ReadStream(storage.get(), L"Long");
+  }
+}
+
+// A stream that memory runs out for is not there, or ends; whatever was taken is given back.
+TEST(CompoundReader, SurvivesEveryFailedAllocation) {
+  const std::string bytes =
+      WriteCompound({{L"Long", DocumentContent(5'000)}, {L"Short", "x"}}, {.freeSectors = 14'000});
+  bool hasFailed = true;
+  for (int nth = 1; hasFailed; ++nth) {
+    auto source = std::make_unique<MemorySource>(bytes);
+    unsigned char content[5'000];
+    const memory_host::FailingAllocation failing(nth);
+    InterfaceOwner<IStorage> storage;
+    bool isWhole = compound::Open(std::move(source), storage.Receive()) == S_OK;
+    EXPECT_EQ(isWhole, static_cast<bool>(storage));
+    CLSID classId = {};
+    isWhole = isWhole && compound::ReadClass(storage.get(), &classId) == S_OK;
+    for (const wchar_t* name : {L"Long", L"Short"}) {
+      InterfaceOwner<IStream> stream;
+      if (storage) storage->OpenStream(name, nullptr, STGM_READ, 0, stream.Receive());
+      std::uint32_t read = 1;
+      isWhole = isWhole && stream && stream->Read(content, sizeof content, &read) == S_OK;
+    }
+    hasFailed = failing.HasFailed();
+    EXPECT_EQ(isWhole, !hasFailed) << nth;
   }
 }
 
