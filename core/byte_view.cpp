@@ -17,8 +17,7 @@ std::size_t FindBySkipping(std::string_view bytes, std::string_view text, std::s
   for (std::size_t at = from; bytes.size() - at >= text.size();) {
     const char end = bytes[at + last];
     if (end == text[last] && bytes.compare(at, text.size(), text) == 0) return at;
-    at += skip[static_cast<std::uint8_t>(end)];
-    if (at > bytes.size()) break;
+    at += skip[static_cast<std::uint8_t>(end)];  // at most to the end of `bytes`
   }
   return std::string_view::npos;
 }

@@ -171,11 +171,11 @@ class Document {
     return MiniStream().size() * (SectorSize() / MINI_SECTOR_SIZE);
   }
 
+  // `sector` is below MiniSectorCount().
   std::size_t ReadMiniSector(std::uint32_t sector, std::size_t offset, std::uint8_t* bytes,
                              std::size_t count) {
     const std::uint64_t position = std::uint64_t{sector} * MINI_SECTOR_SIZE;
     const std::uint64_t index = position >> shift_;
-    if (index >= MiniStream().size()) return 0;
     return miniStreamCache_.Read(*this, MiniStream()[static_cast<std::size_t>(index)],
                                  static_cast<std::size_t>(position & (SectorSize() - 1)) + offset,
                                  bytes, count);

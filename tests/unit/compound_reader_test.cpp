@@ -99,6 +99,18 @@ TEST(CompoundReader, FollowsTheDifat) {
     EXPECT_EQ(ReadStream(storage.get(), L"Long"), DocumentContent(9'000)) << freeSectors;
     EXPECT_EQ(ReadStream(storage.get(), L"Short"), "x") << freeSectors;
   }
+  // The file ends within the DIFAT's last sector: no chain in what that one leads to.
+  std::string cut = WriteCompound(streams, {.freeSectors = 31'000});
+  cut.resize(cut.size() - 100);
+  EXPECT_EQ(ReadStream(OpenDocument(cut).get(), L"Long").size(), 512u);
+}
+
+TEST(CompoundReader, EndsAStreamWhereTheFileEnds) {
+  constexpr std::size_t LONG_STARTS_AT = CONTENTS_END + 512 + 128 + 116;
+  constexpr std::size_t LAST_SECTOR = 13;
+  std::string cut = Patch(WholeDocument(), LONG_STARTS_AT, std::string(1, LAST_SECTOR));
+  cut.resize(cut.size() - 100);
+  EXPECT_EQ(ReadStream(OpenDocument(cut).get(), L"Long").size(), 412u);
 }
 
 TEST(CompoundReader, KeepsAStreamAliveWithoutItsRoot) {

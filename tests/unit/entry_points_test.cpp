@@ -87,10 +87,13 @@ TEST_F(EntryPoints, TakeIndicesAsTheyAre) {
 TEST_F(EntryPoints, TakeAnEmptyList) {
   TheMachine().files[PATH] = PNG;
   TheMachine().documents[PATH] = {};
-  EXPECT_EQ(CheckFiltersFromIDList(PATH, nullptr, 0, 0, nullptr, 0), 0);
-  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, nullptr, -3, 0, nullptr, 0), 0);
-  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 2) << "the head is read all the same";
-  EXPECT_EQ(TheMachine().calls[Call::OPEN_STORAGE], 2) << "and the document opened";
+  int png = 40;
+  for (int* const list : {&png, static_cast<int*>(nullptr)}) {
+    EXPECT_EQ(CheckFiltersFromIDList(PATH, list, 0, 0, nullptr, 0), 0);
+    EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, list, -3, 0, nullptr, 0), 0);
+  }
+  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 4) << "the head is read all the same";
+  EXPECT_EQ(TheMachine().calls[Call::OPEN_STORAGE], 4) << "and the document opened";
 }
 
 TEST_F(EntryPoints, FallBackToTheCallersBytes) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/registry.h"
+#include "detectors/raster/raster.h"
 #include "detectors/vector/vector.h"
 #include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
@@ -93,6 +94,18 @@ TEST_P(Faults, OfMemoryLeaveNothingOpen) {
       return failing.HasFailed();
     });
   }
+}
+
+TEST(CallersBytesFaults, OfMemoryAreACleanNo) {
+  memory_host::Reset();
+  unsigned char png[] = "\x89PNG\r\n\x1A\n";
+  int index = IndexOf(DetectPng);
+  const auto ask = [&](int nth) {
+    const memory_host::FailingAllocation failing(nth);
+    return CheckFiltersFromList(nullptr, &index, 1, 8, png, 0);
+  };
+  EXPECT_EQ(ask(1), 0);
+  EXPECT_EQ(ask(2), 0x0322) << "there is but one";
 }
 
 INSTANTIATE_TEST_SUITE_P(Scan, Faults, testing::Bool(), [](const auto& scan) {

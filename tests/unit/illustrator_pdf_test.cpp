@@ -12,8 +12,10 @@
 #include "core/file_context.h"
 #include "detectors/postscript/ai_native_data.h"
 #include "detectors/postscript/postscript.h"
+#include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
 #include "tests/support/ask.h"
+#include "typescout/typescout.h"
 
 namespace typescout::tests {
 namespace {
@@ -231,6 +233,22 @@ TEST_F(IllustratorPdf, IsAYesWhereTheModuleCannotBeAsked) {
   TheMachine().filtersDir = L"";
   EXPECT_EQ(AskNow(pdf_), 1);
   EXPECT_EQ(theModule.calls, 0);
+}
+
+TEST_F(IllustratorPdf, IsAYesWhenMemoryRunsOutOnTheWayToTheModule) {
+  pdf_.path = L"pdf";
+  LayOut(pdf_);
+  Install(Answer);
+  int yes = 0;
+  bool hasFailed = true;
+  for (int nth = 1; hasFailed; ++nth) {
+    const memory_host::FailingAllocation failing(nth);
+    yes += CheckOneFilter(L"pdf", ILLUSTRATOR_PDF, 0);
+    hasFailed = failing.HasFailed();
+    EXPECT_EQ(theModule.calls, hasFailed ? 0 : 1);
+    EXPECT_EQ(TheMachine().OpenObjects(), 0);
+  }
+  EXPECT_GT(yes, 0);
 }
 
 TEST_F(IllustratorPdf, DoesNotLoadTheModuleInVain) {
