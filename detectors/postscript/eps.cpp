@@ -22,7 +22,8 @@ bool SaysEpsInFirstLine(ByteView head) {
   if (!head.Matches(0, "%!PS")) return false;
   TextLineReader lines(head.Text(), FIRST_LINE_CAPACITY);
   std::string_view line;
-  return lines.ReadTextLine(&line) && line.find("EPSF") != std::string_view::npos;
+  lines.ReadTextLine(&line);
+  return line.find("EPSF") != std::string_view::npos;
 }
 
 bool IsEps(ByteView head) {

@@ -191,10 +191,11 @@ HRESULT StgIsStorageFile(const wchar_t* path) {
   return TheMachine().files.contains(path) ? S_FALSE : STG_E_FILENOTFOUND;
 }
 
-HRESULT StgOpenStorage(const wchar_t* path, IStorage* /*priority*/, std::uint32_t mode,
-                       wchar_t** /*exclusions*/, std::uint32_t /*reserved*/, IStorage** storage) {
+HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mode,
+                       wchar_t** exclusions, std::uint32_t reserved, IStorage** storage) {
   const Uncounted own;
   *storage = nullptr;
+  if (priority != nullptr || exclusions != nullptr || reserved != 0) return STG_E_INVALIDFUNCTION;
   TheMachine().storageModes.push_back(mode);
   if (const auto fault = Note(Call::OPEN_STORAGE)) return fault->code;
   const auto found = TheMachine().documents.find(path);

@@ -319,6 +319,7 @@ std::vector<Sample> Text() {
       {"Seven-bit text with 80", DetectSevenBitText, "x\x80y", NO},
       {"Seven-bit text with 80 in lines", DetectSevenBitText, "\x80" + lines({60}), NO},
       {"Seven-bit text with long lines", DetectSevenBitText, lines({101}), NO},
+      {"Seven-bit text with a long line behind a lone CR", DetectSevenBitText, Fill(200, 'x') + "\r\r\nx", NO},
   };
 }
 

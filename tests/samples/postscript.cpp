@@ -256,7 +256,7 @@ std::vector<Sample> HpglSamples() {
       {"HPGL, XON and nothing", DetectHpgl, "\x11x", NO},
       {"HPGL DF", DetectHpgl, "DFIN;", YES},
       {"HPGL DF with a parameter", DetectHpgl, "DF1IN;", NO},
-      {"HPGL DT", DetectHpgl, "DT*IN;", YES},
+      {"HPGL DT", DetectHpgl, "DT<IN;", YES},
       {"HPGL DT without a byte", DetectHpgl, "DT;IN;", YES},
       {"HPGL DT of two bytes", DetectHpgl, "DT**IN;", NO},
       {"HPGL LB", DetectHpgl, "LBxx;\x03IN;", YES},
@@ -279,7 +279,7 @@ std::vector<Sample> HpglSamples() {
       {"HPGL text in PJL", DetectHpgl, "\x1B%-12345X@PJL", YES},
       {"HPGL text in PJL behind any byte", DetectHpgl, "x%-12345", YES},
       {"HPGL text in PJL with another number", DetectHpgl, "x%-12346", NO},
-      {"HPGL, PJL and nothing", DetectHpgl, "\x1B%-12345X", NO},
+      {"HPGL, PJL and nothing", DetectHpgl, "\x1B%-12345X   ", NO},
       {"HPGL, PJL and a point without an end", DetectHpgl, "\x1B%-12345XPA1", NO},
       {"HPGL text", DetectHpgl, "Hello, world;", NO},
 

@@ -52,6 +52,7 @@ TEST(ByteView, MatchesAsIfZerosFollowed) {
   EXPECT_TRUE(view.Matches(3, "\0\0"));
   EXPECT_TRUE(view.Matches(100, "\0"));
   EXPECT_FALSE(view.Matches(1, "II"));
+  EXPECT_FALSE(view.Matches(-1, "II")) << "nor before the first byte";
   EXPECT_TRUE(view.MatchesNoCase(0, "ii*"));
   EXPECT_FALSE(view.MatchesNoCase(0, "ij*"));
   // '[' and '{', '@' and '`' differ by the case bit, and are no letters.

@@ -148,6 +148,13 @@ TEST_F(EntryPoints, ReadTheHeadOnce) {
   TheMachine().files[PATH] = Fill(60'000, '\5');
   EXPECT_EQ(TypeScoutFile(PATH), 0);
   EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 1 + 5) << "and five rows look at the text again";
+  EXPECT_EQ(TheMachine().calls[Call::OPEN_STORAGE], 0) << "it is no compound document";
+
+  FileContext context;
+  std::int32_t headLength = 0;
+  TheMachine().files[PATH] = PNG;
+  ASSERT_TRUE(ReadHeadBytes(PATH, 0, &context, &headLength));
+  EXPECT_EQ(std::string(context.head, context.head + HEAD_CAPACITY), PadTo(HEAD_CAPACITY, PNG));
 }
 
 TEST_F(EntryPoints, GiveUpOnAShortRead) {

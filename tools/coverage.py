@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""report.py FOLDER < COVERAGE.json: what the tests reached, from `llvm-cov export`, for the files
+"""coverage.py FOLDER < COVERAGE.json: what the tests reached, from `llvm-cov export`, for the files
 below FOLDER: a line a folder, then every line and every outcome of a condition that nothing
 reached."""
 import collections

@@ -2,7 +2,7 @@
 """Do the tests notice? Changes one constant, comparison or offset at a time, in a copy of the tree,
 rebuilds and runs the fast tests, and lists the changes that nobody noticed.
 
-    tests/mutation/mutate.py [--count N] [--seed S] [--files GLOB...] [--all]
+    tools/mutate.py [--count N] [--seed S] [--files GLOB...] [--all]
 
 Works below build/mutation; the working tree is left alone. A change that does not compile is not
 counted. Needs a first `./test dev`.
@@ -16,7 +16,7 @@ import shutil
 import subprocess
 import sys
 
-TOP = pathlib.Path(__file__).resolve().parents[2]
+TOP = pathlib.Path(__file__).resolve().parents[1]
 COPY = TOP / "build" / "mutation" / "tree"
 DEFAULT_FILES = ["core/*.cpp", "core/*.h", "detectors/*/*.cpp", "detectors/*/*.h"]
 COPIED = ["CMakeLists.txt", "CMakePresets.json", "cli", "cmake", "core", "detectors", "fuzz", "host",
