@@ -25,7 +25,7 @@ COPIED = ["CMakeLists.txt", "CMakePresets.json", "cli", "cmake", "core", "detect
 # What a change is made of: a pattern, and what it becomes.
 SWAPS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||", "||": "&&"}
 TOKEN = re.compile(
-    r"""(?P<skip>//.*|\#.*|static_assert\(.*)
+    r"""(?P<skip>//.*|/\*.*?\*/|\#.*|static_assert\(.*)
       | (?P<text>"(?:[^"\\]|\\.)*")
       | (?P<char>'(?:[^'\\]|\\.)')
       | (?P<number>\b(?:0x[0-9A-Fa-f']+|[0-9][0-9']*)\b)
@@ -100,7 +100,7 @@ def main():
             shutil.copy(source, COPY / name)
     build = ["cmake", "--build", "build/dev", "--target", "unit_tests"]
     tests = ["build/dev/tests/unit_tests", "--gtest_brief=1", "--gtest_fail_fast",
-             "--gtest_filter=-*AreSafeCutAnywhere:*MeetTheGoldenTable:*Slow*"]
+             "--gtest_filter=-*CutAnywhere:CompoundReader.*"]
     if not (run("cmake", "--preset", "dev") and run(*build, seconds=900) and run(*tests)):
         sys.exit("mutate: the tree does not build and pass as it is")
 
