@@ -89,6 +89,7 @@ std::vector<Sample> MediaSamples() {
       {"MIDI without a header", DetectMidi, Patch(midi, 0, "MThe"), NO},
       {"MIDI in RIFF", DetectMidi, PadTo(18, "RIFF....RMID"), YES},
       {"MIDI in RIFF of 17 bytes", DetectMidi, PadTo(17, "RIFF....RMID"), NO},
+      {"MIDI in another container", DetectMidi, PadTo(18, "FORM....RMID"), NO},
       {"MIDI in RIFF, other form", DetectMidi, PadTo(18, "RIFF....RMIE"), NO},
 
       {"Sun audio 1", DetectSunAudio, sun + "\x01", YES},
