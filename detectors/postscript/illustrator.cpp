@@ -25,15 +25,10 @@ bool Contains(std::string_view line, std::string_view text) {
 double FirstNumberWithPoint(std::string_view text) {
   const std::size_t point = text.find('.');
   if (point == std::string_view::npos) return 0.0;
-  const auto isDigit = [text](std::size_t at) {
-    return IsAsciiDigit(static_cast<std::uint8_t>(text[at]));
-  };
   std::size_t begin = point;
-  while (begin > 0 && isDigit(begin - 1)) --begin;
-  std::size_t end = point + 1;
-  while (end < text.size() && isDigit(end)) ++end;
+  while (begin > 0 && IsAsciiDigit(static_cast<std::uint8_t>(text[begin - 1]))) --begin;
   double number = 0.0;
-  std::from_chars(text.data() + begin, text.data() + end, number, std::chars_format::fixed);
+  std::from_chars(text.data() + begin, text.data() + text.size(), number, std::chars_format::fixed);
   return number;
 }
 

@@ -300,7 +300,7 @@ std::vector<Sample> JpegSamples() {
       {"JPEG of 2 components", DetectJpeg, SOI + Frame('\xC0', 2), NO},
       {"JPEG of 5 components", DetectJpeg, SOI + Frame('\xC0', 5), NO},
       {"JPEG cut before its components", DetectJpeg, SOI + BASELINE.substr(0, 9), NO},
-      {"JPEG without a start", DetectJpeg, BASELINE, NO},
+      {"JPEG without a start", DetectJpeg, Segment('\xE0', 16) + BASELINE, NO},
       {"JPEG behind its end", DetectJpeg, SOI + EOI + BASELINE, NO},
       {"JPEG started anew", DetectJpeg, SOI + EOI + SOI + BASELINE, YES},
       {"JPEG progressive", DetectJpeg, SOI + PROGRESSIVE, YES},
