@@ -28,13 +28,5 @@ TEST(Registry, KnowsWhichIdentifiersAreValid) {
             107 + 15);  // 108 rows, of which 0x0339 stands twice, and fifteen more
 }
 
-TEST(Registry, NeverMeansNever) {
-  int rows = 0;
-  for (const DetectorEntry& row : DetectorRegistry) rows += row.detect == DetectNever ? 1 : 0;
-  EXPECT_EQ(rows, 10);
-  EXPECT_EQ(DetectorRegistry[0].detect, &DetectNever);
-  EXPECT_EQ(DetectNever(nullptr), 0);
-}
-
 }  // namespace
 }  // namespace typescout::tests
