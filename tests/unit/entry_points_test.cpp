@@ -41,10 +41,18 @@ class EntryPoints : public OnTheMachine {
   }
 };
 
-TEST_F(EntryPoints, KnowTheRegistry) {
+TEST_F(EntryPoints, KnowWhichIdentifiersAreValid) {
   EXPECT_EQ(GetNumTypeScoutProcs(), 108);
-  EXPECT_EQ(CheckValidFilterID(0x3001), 1);
-  EXPECT_EQ(CheckValidFilterID(0x3000), 0);
+  for (const int id :
+       {0x3001, 0x7FFFFFFF, 0x050C, 0x0518, 0x0519, 0x0520, 0x0521, 0x0524, 0x053C, 0x053D, 0x053E,
+        0x0543, 0x0706,     0x0708, 0x0709, 0x0800, 0x080A, 0x0707, 0x0321, 0x070A, 0x0544}) {
+    EXPECT_EQ(CheckValidFilterID(id), 1) << std::hex << id;
+  }
+  for (const int id : {0x3000, 0, INT32_MIN}) EXPECT_EQ(CheckValidFilterID(id), 0) << id;
+  int validBelow0x1000 = 0;
+  for (int id = -0x1000; id < 0x1000; ++id) validBelow0x1000 += CheckValidFilterID(id);
+  // 108 rows, of which 0x0339 stands twice, and fifteen more
+  EXPECT_EQ(validBelow0x1000, 107 + 15);
 }
 
 TEST_F(EntryPoints, AskTheRowsInOrder) {
