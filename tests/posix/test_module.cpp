@@ -1,9 +1,7 @@
 // A loadable module for tests, with the functions of the suite's decoder and PDF module. The path's
 // last character says what to answer, so that a test needs no other road into the module.
 #include <cstdint>
-#include <cstring>
 #include <cwchar>
-#include <new>
 #include <stdexcept>
 
 #include "detectors/postscript/ai_native_data.h"
@@ -13,19 +11,6 @@ namespace {
 wchar_t Last(const wchar_t* text) {
   const std::size_t length = std::wcslen(text);
   return length == 0 ? L'\0' : text[length - 1];
-}
-
-// Leaves a string of 20 characters in the set, which was empty.
-void InsertString(typescout::AINativeDataQuery* query) {
-  typescout::ModuleSetNode* sentinel = nullptr;
-  constexpr std::size_t SET_AT = 48;
-  std::memcpy(&sentinel, reinterpret_cast<const char*>(query) + SET_AT, sizeof sentinel);
-  auto* node = static_cast<typescout::ModuleSetNode*>(::operator new(sizeof *sentinel));
-  *node = {sentinel, sentinel, sentinel, typescout::ModuleSetNode::BLACK, 0, {}};
-  node->value.block = static_cast<char16_t*>(::operator new(21 * sizeof(char16_t)));
-  node->value.size = 20;
-  node->value.capacity = 20;
-  sentinel->left = sentinel->parent = sentinel->right = node;
 }
 
 }  // namespace
@@ -38,11 +23,10 @@ EXPORTED int CheckForRaw(const wchar_t* path) {
   return Last(path) == L'+' ? 1 : 0;
 }
 
-// '2' and '8' set the answer's flags, 's' leaves a string behind, '!' is an error.
+// '2' and '8' set the answer's flags, '!' is an error.
 EXPORTED int GetAINativeData(typescout::AINativeDataQuery* query, void* /*unused*/,
                              std::uint32_t* flags) {
   const wchar_t last = Last(query->path);
-  if (last == L's') InsertString(query);
   if (last == L'!') throw std::runtime_error("the module's own");
   *flags = last == L'2' ? 0x02 : last == L'8' ? 0x80 : 0;
   return 1;

@@ -3,68 +3,57 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace typescout::tests {
 namespace {
 
-// A view of a heap block of its exact size, so that the address sanitizer sees a read beyond it.
-class Block {
- public:
-  explicit Block(const std::string& bytes)
-      : bytes_(std::make_unique<unsigned char[]>(bytes.size())), size_(bytes.size()) {
-    std::copy(bytes.begin(), bytes.end(), bytes_.get());
-  }
-  // Not inlined: a compiler that sees the literal behind the view warns of the reads that must not
-  // be.
-  [[gnu::noinline]] ByteView View() const {
-    return {bytes_.get(), static_cast<std::int64_t>(size_)};
-  }
+// In a heap block of their exact size, so that the address sanitizer sees a read beyond it.
+std::vector<unsigned char> Block(std::string_view bytes) { return {bytes.begin(), bytes.end()}; }
 
- private:
-  std::unique_ptr<unsigned char[]> bytes_;
-  std::size_t size_;
-};
+// Not inlined: a compiler that sees the literal behind the view warns of the reads that must not
+// be.
+[[gnu::noinline]] ByteView View(const std::vector<unsigned char>& block) {
+  return {block.data(), static_cast<ByteView::Position>(block.size())};
+}
 
 TEST(ByteView, ReadsZeroOutside) {
-  const Block block("\x81\x82\x83\x84\x85");
-  const ByteView view = block.View();
+  const auto block = Block("\x81\x82\x83\x84\x85");
+  const ByteView view = View(block);
   EXPECT_EQ(view.U8(4), 0x85);
   EXPECT_EQ(view.U8(5), 0);
   EXPECT_EQ(view.U8(-1), 0);
   EXPECT_EQ(view.U8(std::int64_t{1} << 40), 0);
-  EXPECT_EQ(view.U16Le(3), 0x8584);
   EXPECT_EQ(view.U16Le(4), 0x0085);
-  EXPECT_EQ(view.U16Be(3), 0x8485);
   EXPECT_EQ(view.U16Be(4), 0x8500);
-  EXPECT_EQ(view.U32Le(1), 0x85848382u);
   EXPECT_EQ(view.U32Le(2), 0x00858483u);
 }
 
 TEST(ByteView, MatchesAsIfZerosFollowed) {
-  const Block block("II*");
-  const ByteView view = block.View();
-  EXPECT_TRUE(view.Matches(0, "II*"));
+  const auto block = Block("II*");
+  const ByteView view = View(block);
   EXPECT_TRUE(view.Matches(0, "II*\0"));
   EXPECT_FALSE(view.Matches(0, "II*\1"));
   EXPECT_TRUE(view.Matches(3, "\0\0"));
   EXPECT_TRUE(view.Matches(100, "\0"));
-  EXPECT_FALSE(view.Matches(1, "II"));
   EXPECT_FALSE(view.Matches(-1, "II")) << "nor before the first byte";
-  EXPECT_TRUE(view.MatchesNoCase(0, "ii*"));
-  EXPECT_FALSE(view.MatchesNoCase(0, "ij*"));
-  // '[' and '{', '@' and '`' differ by the case bit, and are no letters.
-  EXPECT_FALSE(Block("[").View().MatchesNoCase(0, "{"));
-  EXPECT_FALSE(Block("@").View().MatchesNoCase(0, "`"));
-  EXPECT_TRUE(Block("az").View().MatchesNoCase(0, "AZ"));
+}
+
+TEST(ByteView, MatchesLettersInEitherCase) {
+  const auto block = Block("az[@");
+  const ByteView view = View(block);
+  EXPECT_TRUE(view.MatchesNoCase(0, "AZ[@\0"));
+  EXPECT_FALSE(view.MatchesNoCase(0, "ay"));
+  // They differ by the case bit, and are no letters.
+  EXPECT_FALSE(view.MatchesNoCase(2, "{"));
+  EXPECT_FALSE(view.MatchesNoCase(3, "`"));
 }
 
 TEST(ByteView, FindsBytesInside) {
-  const Block block("a,b,");
-  const ByteView view = block.View();
-  EXPECT_EQ(view.Find(','), 1);
+  const auto block = Block("a,b,");
+  const ByteView view = View(block);
   EXPECT_EQ(view.Find(',', 1), 1);
   EXPECT_EQ(view.Find(',', 2), 3);
   EXPECT_EQ(view.Find(',', 4), ByteView::NOT_FOUND);

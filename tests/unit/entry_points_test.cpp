@@ -1,14 +1,12 @@
 // The six functions over the in-memory host: what is read, opened, rewritten and given back.
 #include "typescout/typescout.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 #include "core/file_context.h"
-#include "host/memory/memory_host.h"
 #include "tests/samples/sample.h"
+#include "tests/support/on_the_machine.h"
 
 namespace typescout::tests {
 namespace {
@@ -26,28 +24,35 @@ const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
 const std::string TIFF = Bytes("II*\0");
 const std::string WEBP = Bytes("RIFF\0\0\0\0WEBPV");
 
-class EntryPoints : public testing::Test {
+class EntryPoints : public OnTheMachine {
  protected:
-  EntryPoints() { memory_host::Reset(); }
-  ~EntryPoints() override { EXPECT_EQ(TheMachine().OpenObjects(), 0) << "something stays open"; }
-
   static unsigned char* Buffer(std::string& bytes) {
     return reinterpret_cast<unsigned char*>(bytes.data());
   }
-  static int CheckIds(const wchar_t* path, std::vector<int>& ids, std::string bytes = {}) {
-    return CheckFiltersFromIDList(path, ids.data(), static_cast<int>(ids.size()),
-                                  static_cast<int>(bytes.size()),
-                                  bytes.empty() ? nullptr : Buffer(bytes), 0);
+  static int CheckIds(const wchar_t* path, std::vector<int>& ids) {
+    return CheckFiltersFromIDList(path, ids.data(), static_cast<int>(ids.size()), 0, nullptr, 0);
+  }
+  // Empties the machine, and lays out a picture that opens as a drawing object's document.
+  static void LayOutDrawingObject(const std::vector<memory_host::Fault>& faults = {}) {
+    memory_host::Reset();
+    TheMachine().files[PATH] = PNG;
+    TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
+    TheMachine().faults = faults;
   }
 };
 
-TEST_F(EntryPoints, AnswerNothingForNothing) {
-  EXPECT_EQ(TypeScoutFile(nullptr), 0);
-  EXPECT_EQ(TypeScoutFile(L""), 0);
-  EXPECT_EQ(TypeScoutFile(L"missing"), 0);
+TEST_F(EntryPoints, KnowWhichIdentifiersAreValid) {
   EXPECT_EQ(GetNumTypeScoutProcs(), 108);
-  EXPECT_EQ(CheckValidFilterID(0x3001), 1);
-  EXPECT_EQ(CheckValidFilterID(0x3000), 0);
+  for (const int id :
+       {0x3001, 0x7FFFFFFF, 0x050C, 0x0518, 0x0519, 0x0520, 0x0521, 0x0524, 0x053C, 0x053D, 0x053E,
+        0x0543, 0x0706,     0x0708, 0x0709, 0x0800, 0x080A, 0x0707, 0x0321, 0x070A, 0x0544}) {
+    EXPECT_EQ(CheckValidFilterID(id), 1) << std::hex << id;
+  }
+  for (const int id : {0x3000, 0, INT32_MIN}) EXPECT_EQ(CheckValidFilterID(id), 0) << id;
+  int validBelow0x1000 = 0;
+  for (int id = -0x1000; id < 0x1000; ++id) validBelow0x1000 += CheckValidFilterID(id);
+  // 108 rows, of which 0x0339 stands twice, and fifteen more
+  EXPECT_EQ(validBelow0x1000, 107 + 15);
 }
 
 TEST_F(EntryPoints, AskTheRowsInOrder) {
@@ -115,33 +120,18 @@ TEST_F(EntryPoints, FallBackToTheCallersBytes) {
   EXPECT_EQ(check(PATH, -1, Buffer(png)), 0x0322) << "a length that is not needed does not matter";
 }
 
-TEST_F(EntryPoints, HeadOfTheCallersMayBeEmptyOrLong) {
-  int netpbm = 46;
-  unsigned char none = 'P';
-  EXPECT_EQ(CheckFiltersFromList(nullptr, &netpbm, 1, 0, &none, 0), 0);
-  int icon = 32;
-  std::string longHead = Patch(Fill(70'000), 2, "\1");
-  EXPECT_EQ(CheckFiltersFromList(nullptr, &icon, 1, 70'000, Buffer(longHead), 0), 0x0310);
-  // The new executable header behind the first 50,000 bytes.
-  int executable = 33;
-  longHead = Patch(Patch(Patch(Fill(70'000), 0, "MZ"), 60, Bytes("\x70\xEA")), 60'016, "PE");
-  EXPECT_EQ(CheckFiltersFromList(nullptr, &executable, 1, 70'000, Buffer(longHead), 0), 0x0312);
-}
-
-TEST_F(EntryPoints, HeadOfAFileEndsAtItsCapacity) {
-  // PE header just inside and just outside of what is read.
+TEST_F(EntryPoints, HeadEndsAtItsCapacityUnlessItIsTheCallers) {
   const auto executable = [](std::size_t size, std::size_t header) {
     const auto low = static_cast<char>(header & 0xFF);
     const auto high = static_cast<char>(header >> 8);
-    std::string bytes = Patch(Patch(Fill(size), 0, "MZ"), 60, std::string{low, high});
+    const std::string bytes = Patch(Patch(Fill(size), 0, "MZ"), 60, std::string{low, high});
     return Patch(bytes, header, "PE");
   };
   TheMachine().files[PATH] = executable(50'001, 49'998);
   EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 1);
   TheMachine().files[PATH] = executable(50'001, 49'999);
   EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 0) << "the E is not read any more";
-  TheMachine().files[PATH] = executable(50'000, 49'998);
-  EXPECT_EQ(CheckOneFilter(PATH, 0x0312, 0), 1);
+  EXPECT_EQ(AskWithBytes(nullptr, 0x0312, executable(70'000, 60'016)), 0x0312);
 }
 
 TEST_F(EntryPoints, ReadTheHeadOnce) {
@@ -161,11 +151,8 @@ TEST_F(EntryPoints, GiveUpOnAShortRead) {
   TheMachine().files[PATH] = PNG;
   TheMachine().faults = {{.call = Call::READ_FILE, .nth = 1}};
   EXPECT_EQ(TypeScoutFile(PATH), 0);
-  std::string tiff = TIFF;
-  int index = 5;
   TheMachine().faults = {{.call = Call::READ_FILE, .nth = 2}};
-  EXPECT_EQ(CheckFiltersFromList(MUTABLE_PATH, &index, 1, 4, Buffer(tiff), 0), 0x0306)
-      << "the caller's bytes stand in";
+  EXPECT_EQ(AskWithBytes(PATH, 0x0306, TIFF), 0x0306) << "the caller's bytes stand in";
 }
 
 TEST_F(EntryPoints, ReleaseEverythingWhenTheHostThrows) {
@@ -182,29 +169,16 @@ TEST_F(EntryPoints, ReleaseEverythingWhenTheHostThrows) {
   }
 }
 
-TEST_F(EntryPoints, CopyThePathWholeOrNotAtAll) {
-  const std::wstring longest(259, L'p');
-  TheMachine().files[longest] = PNG;
-  EXPECT_EQ(TypeScoutFile(longest.c_str()), 0x0322);
-  TheMachine().files[longest + L"p"] = PNG;
-  TheMachine().files[std::wstring(5'000, L'p')] = PNG;
-  TheMachine().openedPaths.clear();
-  EXPECT_EQ(TypeScoutFile((longest + L"p").c_str()), 0);
-  EXPECT_EQ(TypeScoutFile(std::wstring(5'000, L'p').c_str()), 0);
-  EXPECT_EQ(TheMachine().openedPaths, (std::vector<std::wstring>{L"", L""}));
-}
-
 TEST_F(EntryPoints, TellDrawingObjectsByTheirClass) {
-  TheMachine().files[PATH] = PNG;
-  TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
+  LayOutDrawingObject();
   EXPECT_EQ(TypeScoutFile(PATH), 0x0706);
   EXPECT_EQ(TheMachine().storageModes, (std::vector<std::uint32_t>{0x20})) << "opened only once";
   EXPECT_EQ(CheckOneFilter(PATH, 0x0706, 0), 0) << "no registry row has it";
-
-  TheMachine().faults = {{.call = Call::READ_CLASS, .nth = 2}};
-  EXPECT_EQ(TypeScoutFile(PATH), 0x0322) << "a class that cannot be read is none";
   TheMachine().documents[PATH].classId.data4[7] = 0x88;
   EXPECT_EQ(TypeScoutFile(PATH), 0x0322);
+
+  LayOutDrawingObject({{.call = Call::READ_CLASS}});
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0322) << "a class that cannot be read is none";
 }
 
 TEST_F(EntryPoints, OpenALockedDocumentOnceMore) {
@@ -218,29 +192,20 @@ TEST_F(EntryPoints, OpenALockedDocumentOnceMore) {
                {STG_E_INVALIDHEADER, ONCE},
                {STG_E_INSUFFICIENTMEMORY, ONCE}};
   for (const auto& c : CASES) {
-    memory_host::Reset();
-    TheMachine().files[PATH] = PNG;
-    TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
-    TheMachine().faults = {{.call = Call::OPEN_STORAGE, .nth = 1, .code = c.code}};
+    LayOutDrawingObject({{.call = Call::OPEN_STORAGE, .code = c.code}});
     EXPECT_EQ(CheckOneFilter(PATH, 0x0322, 0), 1);
     EXPECT_EQ(TheMachine().storageModes, c.modes) << std::hex << c.code;
   }
   // The look at the class is not worth a second try: the scan that follows opens it again.
-  memory_host::Reset();
-  TheMachine().files[PATH] = PNG;
-  TheMachine().documents[PATH] = {.classId = DRAWING_OBJECT, .streams = {}};
-  TheMachine().faults = {{.call = Call::OPEN_STORAGE, .nth = 1}};
+  LayOutDrawingObject({{.call = Call::OPEN_STORAGE}});
   EXPECT_EQ(TypeScoutFile(PATH), 0x0322);
   EXPECT_EQ(TheMachine().storageModes, (std::vector<std::uint32_t>{0x20, 0x20}));
 }
 
 TEST_F(EntryPoints, CloseTheHandleWithTheContext) {
   TheMachine().openHandles = 1;
-  {
-    FileContext context;
-    context.handle = &context;
-  }
-  EXPECT_EQ(TheMachine().openHandles, 0);
+  FileContext context;
+  context.handle = &context;
 }
 
 }  // namespace

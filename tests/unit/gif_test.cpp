@@ -1,15 +1,11 @@
 // GIF files whose pictures run past the head: how the rest of the file is read.
-#include <gtest/gtest.h>
-
 #include <string>
 
 #include "core/file_context.h"
 #include "detectors/raster/raster.h"
 #include "host/memory/failing_allocation.h"
-#include "host/memory/memory_host.h"
 #include "tests/samples/sample.h"
-#include "tests/support/ask.h"
-#include "typescout/typescout.h"
+#include "tests/support/on_the_machine.h"
 
 namespace typescout::tests {
 namespace {
@@ -30,10 +26,15 @@ std::string GifOfSize(std::size_t size) {
 
 const std::string SECOND_PICTURE = PadTo(10, ",") + "\x08" + Bytes("\1x\0");
 
-class Gif : public testing::Test {
+class Gif : public OnTheMachine {
  protected:
-  Gif() { memory_host::Reset(); }
-  ~Gif() override { EXPECT_EQ(TheMachine().OpenObjects(), 0); }
+  // Asks about the caller's bytes: the file does not open when the call begins, and does later.
+  static FilterId AskBeforeItOpens(const wchar_t* path, FilterId filterId,
+                                   const std::string& bytes) {
+    TheMachine().faults = {
+        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
+    return AskWithBytes(path, filterId, bytes);
+  }
 };
 
 TEST_F(Gif, IsReadOnFromTheFirstNeededByte) {
@@ -61,20 +62,11 @@ TEST_F(Gif, IsReadOnceAndOnlyWhenNeeded) {
 
 TEST_F(Gif, GoesOnInTheFileBehindTheCallersBytes) {
   const std::string bytes = GifOfSize(500) + SECOND_PICTURE;
-  std::string head = bytes.substr(0, 8);  // the screen's flags are in the file already
-  int animated = 53;
-  const auto check = [&](const wchar_t* path) {
-    std::wstring copy = path;
-    TheMachine().faults = {
-        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
-    return CheckFiltersFromList(copy.data(), &animated, 1, static_cast<int>(head.size()),
-                                reinterpret_cast<unsigned char*>(head.data()), 0);
-  };
-  EXPECT_EQ(check(L"missing"), 0);
+  EXPECT_EQ(AskBeforeItOpens(L"missing", 0x0616, bytes.substr(0, 8)), 0);
   TheMachine().files[PATH] = bytes;
-  EXPECT_EQ(check(PATH), 0x0616) << "the file opens by then";
-  head.pop_back();
-  EXPECT_EQ(check(PATH), 0) << "too few to tell";
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 8)), 0x0616)
+      << "the screen's flags are in the file already";
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 7)), 0) << "too few to tell";
 }
 
 // What the file holds below the first byte that the walk needs does not matter.
@@ -82,24 +74,14 @@ TEST_F(Gif, IsTheCallersBytesUpToTheFirstNeededByte) {
   const std::string bytes = GifOfSize(500);
   const std::size_t needed = 280;  // where the last size byte stands
   ASSERT_EQ(bytes[needed], static_cast<char>(500 - needed - 2));
-  std::string head = bytes.substr(0, 40);
-  int still = 4;
-  int animated = 53;
-  const auto check = [&](wchar_t* path, int* index) {
-    TheMachine().faults = {
-        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
-    return CheckFiltersFromList(path, index, 1, static_cast<int>(head.size()),
-                                reinterpret_cast<unsigned char*>(head.data()), 0);
-  };
-  std::wstring path = PATH;
+  const std::string head = bytes.substr(0, 40);
   TheMachine().files[PATH] = Fill(needed, ',') + bytes.substr(needed) + SECOND_PICTURE;
-  EXPECT_EQ(check(path.data(), &animated), 0x0616);
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, head), 0x0616);
   EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1);
   // Without a path, or with a file that ends before it, zeros end the walk.
-  EXPECT_EQ(check(nullptr, &still), 0x0305);
-  EXPECT_EQ(check(nullptr, &animated), 0);
+  EXPECT_EQ(AskBeforeItOpens(nullptr, 0x0305, head), 0x0305);
   TheMachine().files[PATH].resize(needed);
-  EXPECT_EQ(check(path.data(), &still), 0x0305);
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0305, head), 0x0305);
   EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1) << "nothing to read";
 }
 
@@ -108,9 +90,7 @@ TEST_F(Gif, IsNotReadOnBeyond4GiB) {
   const std::string head = PadTo(13, "GIF89a") + ",";  // its flags, 9 bytes on, come first
   constexpr std::uint64_t NEEDED = 13 + 9;
   TheMachine().files[PATH] = head;
-  ProbeContext probe = {};
-  probe.head = reinterpret_cast<const unsigned char*>(head.data());
-  probe.headLength = static_cast<std::int32_t>(head.size());
+  ProbeContext probe = ProbeOf(head);
   probe.path = PATH;
   for (const std::uint64_t rest : {LONGEST, LONGEST + 1, 2 * LONGEST}) {
     TheMachine().lengths[PATH] = NEEDED + rest;
@@ -127,8 +107,7 @@ TEST_F(Gif, ThatCannotBeReadOnIsWhatTheHeadSays) {
   TheMachine().faults = {{.call = Call::OPEN_FILE, .nth = 2}};
   EXPECT_EQ(CheckOneFilter(PATH, 0x0305, 0), 1);
   // Nor with the memory for the rest: the fifth allocation, after file, path, head and file again.
-  memory_host::Reset();
-  TheMachine().files[PATH] = GifOfSize(2 * HEAD) + SECOND_PICTURE;
+  TheMachine().faults.clear();
   int answers = 0;
   for (int nth = 1; nth < 10; ++nth) {
     const memory_host::FailingAllocation failing(nth);
@@ -137,39 +116,35 @@ TEST_F(Gif, ThatCannotBeReadOnIsWhatTheHeadSays) {
   EXPECT_EQ(answers, 2) << "without the second file object, and without the buffer";
 }
 
+// By a short read, by the end of the file before the place to read from, or by an end between the
+// question for the length and the read.
 TEST_F(Gif, ThatShrinksMeanwhileThrows) {
   const std::string bytes = GifOfSize(2 * HEAD) + ";";
-  for (const Call call : {Call::READ_FILE, Call::SEEK_FILE}) {
-    memory_host::Reset();
-    TheMachine().files[PATH] = bytes;
-    TheMachine().faults = {{.call = call, .nth = call == Call::READ_FILE ? 2 : 1}};
-    int ids[] = {0x0305};
-    try {
-      CheckFiltersFromIDList(PATH, ids, 1, 0, nullptr, 0);
-      ADD_FAILURE() << "nothing was thrown";
-    } catch (int value) {
-      EXPECT_EQ(value, 0);
+  const struct {
+    std::vector<memory_host::Fault> faults;
+    std::size_t length;
+  } CASES[] = {{{{.call = Call::READ_FILE, .nth = 2}}, bytes.size()},
+               {{{.call = Call::SEEK_FILE}}, bytes.size()},
+               {{}, bytes.size() + 1}};
+  for (const auto& c : CASES) {
+    for (const FilterId filterId : {0x0305, 0x0616}) {
+      const auto layOut = [&] {
+        memory_host::Reset();
+        TheMachine().files[PATH] = bytes;
+        TheMachine().documents[PATH] = {};
+        TheMachine().lengths[PATH] = c.length;
+        TheMachine().faults = c.faults;
+      };
+      layOut();
+      int id = filterId;
+      EXPECT_THROW(CheckFiltersFromIDList(PATH, &id, 1, 0, nullptr, 0), int);
+      EXPECT_NE(id, filterId) << "the list was rewritten before";
+      EXPECT_EQ(TheMachine().OpenObjects(), 0);
+      layOut();
+      EXPECT_THROW(TypeScoutFile(PATH), int);
+      EXPECT_EQ(TheMachine().OpenObjects(), 0);
     }
-    EXPECT_EQ(ids[0], 4) << "the list was rewritten before";
-    EXPECT_EQ(TheMachine().OpenObjects(), 0);
   }
-  // A file that ends between the question for its length and the read.
-  memory_host::Reset();
-  TheMachine().files[PATH] = bytes;
-  TheMachine().lengths[PATH] = bytes.size() + 1;
-  EXPECT_THROW(CheckOneFilter(PATH, 0x0305, 0), int);
-  EXPECT_EQ(TheMachine().OpenObjects(), 0);
-
-  TheMachine().lengths.clear();
-  TheMachine().documents[PATH] = {};
-  TheMachine().faults = {{.call = Call::READ_FILE, .nth = TheMachine().calls[Call::READ_FILE] + 2}};
-  EXPECT_THROW(TypeScoutFile(PATH), int);
-  EXPECT_THROW(
-      {
-        TheMachine().faults[0].nth = TheMachine().calls[Call::READ_FILE] + 2;
-        CheckOneFilter(PATH, 0x0616, 0);
-      },
-      int);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 // PDF files and the suite's PDF import module: what the module is asked, what becomes of its
 // answer, and that nothing of it stays.
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <new>
@@ -13,9 +12,8 @@
 #include "detectors/postscript/ai_native_data.h"
 #include "detectors/postscript/postscript.h"
 #include "host/memory/failing_allocation.h"
-#include "host/memory/memory_host.h"
 #include "tests/support/ask.h"
-#include "typescout/typescout.h"
+#include "tests/support/on_the_machine.h"
 
 namespace typescout::tests {
 namespace {
@@ -34,90 +32,55 @@ struct ModuleState {
   std::int32_t result = 1;
   std::uint32_t flags = 0;
   int calls = 0;
-  std::uint32_t flagsBefore = 0;
-  std::wstring path;
   void (*insert)(AINativeDataQuery* query) = nullptr;
+  bool throws = false;
 };
 ModuleState theModule;
 
 std::int32_t Answer(AINativeDataQuery* query, void* reserved, std::uint32_t* flags) {
   ++theModule.calls;
-  theModule.flagsBefore = *flags;
-  theModule.path = query->path;
   EXPECT_EQ(reserved, nullptr);
+  EXPECT_EQ(*flags, 0u);
   if (theModule.insert != nullptr) theModule.insert(query);
+  if (theModule.throws) throw std::runtime_error("module");
   *flags = theModule.flags;
   return theModule.result;
 }
 
-std::int32_t Throw(AINativeDataQuery* query, void* /*reserved*/, std::uint32_t* /*flags*/) {
-  if (theModule.insert != nullptr) theModule.insert(query);
-  throw std::runtime_error("module");
+// The set, as the module's own standard library sees it.
+struct SetParts {
+  ModuleSetNode* sentinel;
+  std::uint64_t count;
+};
+static_assert(sizeof(SetParts) == sizeof(ModuleStringSet));
+
+SetParts PartsOf(const AINativeDataQuery* query) {
+  SetParts parts;
+  std::memcpy(&parts, static_cast<const void*>(&query->strings), sizeof parts);
+  return parts;
 }
 
-// The field of the record that stands `offset` bytes into it.
-template <typename Field>
-Field FieldAt(const AINativeDataQuery* query, std::size_t offset) {
-  Field field;
-  std::copy_n(reinterpret_cast<const unsigned char*>(query) + offset, sizeof(Field),
-              reinterpret_cast<unsigned char*>(&field));
-  return field;
-}
-
-// The set's parts, as the module's own standard library sees them.
-ModuleSetNode* Sentinel(const AINativeDataQuery* query) {
-  return static_cast<ModuleSetNode*>(FieldAt<void*>(query, 48));
-}
-void SetCount(AINativeDataQuery* query, std::uint64_t count) {
-  std::copy_n(reinterpret_cast<const unsigned char*>(&count), sizeof count,
-              reinterpret_cast<unsigned char*>(query) + 56);
-}
-
-std::u16string_view TextOf(const ModuleString& string) {
-  return {string.capacity > 7 ? string.block : string.buffer, string.size};
-}
-
-// Inserts as a set does, only that the tree is never balanced: the order of the texts decides its
-// shape.
-void Insert(AINativeDataQuery* query, std::u16string_view text) {
-  ModuleSetNode* const sentinel = Sentinel(query);
-  auto* node = static_cast<ModuleSetNode*>(::operator new(sizeof(ModuleSetNode)));
-  node->left = node->right = node->parent = sentinel;
-  node->color = 0;
-  node->isNil = 0;
-  char16_t* place = node->value.buffer;
-  node->value.size = text.size();
-  node->value.capacity = std::max<std::uint64_t>(text.size(), 7);
-  if (text.size() > 7) {
+// Puts a string into the tree's empty place `link`.
+ModuleSetNode* Insert(ModuleSetNode*& link, ModuleSetNode* sentinel, std::u16string_view text) {
+  link = static_cast<ModuleSetNode*>(::operator new(sizeof(ModuleSetNode)));
+  *link = {sentinel, sentinel, sentinel, 0, 0, {}};
+  link->value.size = text.size();
+  link->value.capacity = std::max<std::uint64_t>(text.size(), ModuleString::BUFFER_SIZE - 1);
+  char16_t* place = link->value.buffer;
+  if (link->value.IsInBlock()) {
     place = static_cast<char16_t*>(::operator new(2 * (text.size() + 1)));
-    node->value.block = place;
+    link->value.block = place;
   }
-  std::copy(text.begin(), text.end(), place);
+  text.copy(place, text.size());
   place[text.size()] = 0;
-
-  ModuleSetNode** link = &sentinel->parent;
-  while ((*link)->isNil == 0) {
-    node->parent = *link;
-    link = TextOf((*link)->value) > text ? &(*link)->left : &(*link)->right;
-  }
-  *link = node;
-  SetCount(query, FieldAt<std::uint64_t>(query, 56) + 1);
+  return link;
 }
 
 // Lays out a tree that is one long branch.
 void InsertChain(AINativeDataQuery* query, ModuleSetNode* ModuleSetNode::*side) {
-  constexpr int COUNT = 200'000;
-  ModuleSetNode* const sentinel = Sentinel(query);
+  ModuleSetNode* const sentinel = PartsOf(query).sentinel;
   ModuleSetNode** link = &sentinel->parent;
-  for (int i = 0; i < COUNT; ++i) {
-    auto* node = static_cast<ModuleSetNode*>(::operator new(sizeof(ModuleSetNode)));
-    node->left = node->right = node->parent = sentinel;
-    node->isNil = 0;
-    node->value.size = 0;
-    node->value.capacity = 7;
-    *link = node;
-    link = &(node->*side);
-  }
+  for (int i = 0; i < 200'000; ++i) link = &(Insert(*link, sentinel, u"")->*side);
 }
 
 std::int32_t AskNow(const Sample& sample) {
@@ -126,15 +89,12 @@ std::int32_t AskNow(const Sample& sample) {
   return answer;
 }
 
-class IllustratorPdf : public testing::Test {
+class IllustratorPdf : public OnTheMachine {
  protected:
-  void SetUp() override {
+  IllustratorPdf() {
     theModule = {};
     LayOut(pdf_);
-    Install(Answer);
-  }
-  static void Install(GetAINativeDataFunction function) {
-    TheMachine().modules[MODULE] = {{"GetAINativeData", reinterpret_cast<void*>(function)}};
+    TheMachine().modules[MODULE] = {{"GetAINativeData", reinterpret_cast<void*>(Answer)}};
   }
   std::int32_t AskWith(std::int32_t result, std::uint32_t flags, FilterId requested,
                        const wchar_t* path) {
@@ -180,16 +140,16 @@ TEST_F(IllustratorPdf, FollowsTheModulesAnswer) {
 TEST_F(IllustratorPdf, IsAskedWithTheRecordThatTheModuleKnows) {
   theModule.flags = 0x02;
   theModule.insert = [](AINativeDataQuery* query) {
-    EXPECT_EQ(FieldAt<const wchar_t*>(query, 0), query->path);
-    EXPECT_EQ(FieldAt<std::uint32_t>(query, 8), 0u);
-    EXPECT_EQ(FieldAt<std::uint64_t>(query, 16), 0u);
-    EXPECT_EQ(FieldAt<std::uint32_t>(query, 24), 0u);
-    EXPECT_EQ(FieldAt<std::uint32_t>(query, 28), 1u);
-    EXPECT_EQ(*FieldAt<const std::int32_t*>(query, 32), 1);
-    EXPECT_EQ(FieldAt<std::uint64_t>(query, 40), 0u);
-    EXPECT_EQ(FieldAt<std::uint64_t>(query, 56), 0u);
-    EXPECT_EQ(FieldAt<std::uint32_t>(query, 64), 0u);
-    const ModuleSetNode* sentinel = Sentinel(query);
+    EXPECT_STREQ(query->path, L"sample");
+    EXPECT_EQ(query->zeroAt8, 0u);
+    EXPECT_EQ(query->zeroAt16, 0u);
+    EXPECT_EQ(query->zeroAt24, 0u);
+    EXPECT_EQ(query->oneAt28, 1u);
+    EXPECT_EQ(*query->one, 1);
+    EXPECT_EQ(query->zeroAt40, 0u);
+    EXPECT_EQ(query->zeroAt64, 0u);
+    const auto [sentinel, count] = PartsOf(query);
+    EXPECT_EQ(count, 0u);
     EXPECT_EQ(sentinel->left, sentinel);
     EXPECT_EQ(sentinel->parent, sentinel);
     EXPECT_EQ(sentinel->right, sentinel);
@@ -197,21 +157,24 @@ TEST_F(IllustratorPdf, IsAskedWithTheRecordThatTheModuleKnows) {
     EXPECT_EQ(sentinel->isNil, 1);
   };
   EXPECT_EQ(AskNow(pdf_), 1);
-  EXPECT_EQ(theModule.path, L"sample");
-  EXPECT_EQ(theModule.flagsBefore, 0u);
+  EXPECT_EQ(theModule.calls, 1);
 }
 
-// The address sanitizer's build sees what is not released, or twice.
+// The address sanitizer's build sees what is not released, or twice. The lengths decide where a
+// string stands in the tree.
 TEST_F(IllustratorPdf, ReleasesTheStringsThatTheModuleLeaves) {
   theModule.insert = [](AINativeDataQuery* query) {
-    for (std::u16string_view text :
-         {u"seven..", u"eight...", u"", u"a string that is much too long for the buffer", u"zz",
-          u"eighteen", u"another long string, of another node", u"a"}) {
-      Insert(query, text);
+    ModuleSetNode* const sentinel = PartsOf(query).sentinel;
+    for (const std::size_t size : {7, 8, 0, 46, 2, 36, 47, 1}) {
+      ModuleSetNode** link = &sentinel->parent;
+      while ((*link)->isNil == 0) {
+        link = size < (*link)->value.size ? &(*link)->left : &(*link)->right;
+      }
+      Insert(*link, sentinel, std::u16string(size, u's'));
     }
   };
   EXPECT_EQ(AskNow(pdf_), 0);
-  Install(Throw);
+  theModule.throws = true;
   EXPECT_THROW(AskNow(pdf_), std::runtime_error);
 }
 
@@ -222,23 +185,14 @@ TEST_F(IllustratorPdf, ReleasesLopsidedSetsWithoutAStack) {
   EXPECT_EQ(AskNow(pdf_), 0);
 }
 
-TEST_F(IllustratorPdf, IsAYesWhereTheModuleCannotBeAsked) {
-  TheMachine().modules[MODULE] = {{"GetAINativeDatum", nullptr}};
-  EXPECT_EQ(AskNow(pdf_), 1);
-  EXPECT_EQ(TheMachine().calls[Call::FIND_SYMBOL], 1);
-  TheMachine().modules.clear();
-  EXPECT_EQ(AskNow(pdf_), 1);
-  EXPECT_EQ(TheMachine().calls[Call::FIND_SYMBOL], 1);
-  Install(Answer);
+TEST_F(IllustratorPdf, IsAYesWithoutAFolderOfFilters) {
   TheMachine().filtersDir = L"";
   EXPECT_EQ(AskNow(pdf_), 1);
   EXPECT_EQ(theModule.calls, 0);
 }
 
 TEST_F(IllustratorPdf, IsAYesWhenMemoryRunsOutOnTheWayToTheModule) {
-  pdf_.path = L"pdf";
-  LayOut(pdf_);
-  Install(Answer);
+  TheMachine().files[L"pdf"] = pdf_.bytes;
   int yes = 0;
   bool hasFailed = true;
   for (int nth = 1; hasFailed; ++nth) {
@@ -256,26 +210,13 @@ TEST_F(IllustratorPdf, DoesNotLoadTheModuleInVain) {
   EXPECT_EQ(AskNow(pdf_), 1);
   pdf_.bytes = "%PDF-";
   EXPECT_EQ(AskNow(pdf_), 0);
-  const ProbeContext withoutPath = {.head = reinterpret_cast<const unsigned char*>("%PDF-1"),
-                                    .headLength = 6,
-                                    .path = nullptr,
-                                    .classId = {},
-                                    .storage = nullptr,
-                                    .file = nullptr};
-  EXPECT_EQ(DetectIllustratorPdf(&withoutPath), 1);
+  const std::string bytes = "%PDF-1";
+  ProbeContext probe = ProbeOf(bytes);
+  EXPECT_EQ(DetectIllustratorPdf(&probe), 1);
   EXPECT_EQ(TheMachine().calls[Call::LOAD_MODULE], 0);
-
-  // An empty path is a path.
-  ProbeContext withEmptyPath = withoutPath;
-  withEmptyPath.path = L"";
-  EXPECT_EQ(DetectIllustratorPdf(&withEmptyPath), 0);
+  probe.path = L"";  // is a path
+  EXPECT_EQ(DetectIllustratorPdf(&probe), 0);
   EXPECT_EQ(TheMachine().calls[Call::LOAD_MODULE], 1);
-}
-
-TEST_F(IllustratorPdf, PassesOnWhatTheModuleThrows) {
-  Install(Throw);
-  EXPECT_THROW(AskNow(pdf_), std::runtime_error);
-  EXPECT_EQ(TheMachine().OpenObjects(), 0);
 }
 
 // The Illustrator row asks the same question first, and steps aside when the answer is yes.

@@ -1,12 +1,9 @@
 // What the samples of the suite's own formats cannot say: other roads, faults, the graphics
 // library.
-#include <gtest/gtest.h>
-
-#include "core/file_context.h"
 #include "detectors/native/native.h"
-#include "host/memory/memory_host.h"
-#include "include/typescout/typescout.h"
+#include "core/file_context.h"
 #include "tests/support/ask.h"
+#include "tests/support/on_the_machine.h"
 
 namespace typescout::tests {
 namespace {
@@ -31,25 +28,13 @@ TEST(Budi, IsWhatTheGraphicsLibrarySays) {
 
 TEST(NativeDrawing, HasNoClassOfItsOwn) {
   const std::string bytes = Bytes("RIFF\0\0\0\0VXR9");
-  ProbeContext probe = {.head = reinterpret_cast<const unsigned char*>(bytes.data()),
-                        .headLength = static_cast<std::int32_t>(bytes.size()),
-                        .path = nullptr,
-                        .classId = {},
-                        .storage = nullptr,
-                        .file = nullptr};
+  ProbeContext probe = ProbeOf(bytes);
   EXPECT_NE(DetectNativeDrawing(&probe), 0);
   probe.classId.data1 = 1;
   EXPECT_EQ(DetectNativeDrawing(&probe), 0);
   probe.classId = {};
   probe.classId.data4[7] = 1;
   EXPECT_EQ(DetectNativeDrawing(&probe), 0);
-}
-
-TEST(NativeFormats, WithoutAPathAZipIsNoneOfThem) {
-  memory_host::Reset();
-  unsigned char zip[] = {'P', 'K', 3, 4};
-  int ids[] = {0x0703, 0x070D, 0x0712, 0x0710};
-  EXPECT_EQ(CheckFiltersFromIDList(nullptr, ids, 4, sizeof zip, zip, 0), 0);
 }
 
 // `directory` bytes in, a directory that opens with the Software tag; the name stands at the end.
@@ -61,14 +46,21 @@ std::string PaintTiff(std::size_t directory) {
   return tiff + Bytes("Tavon PIXEL-FORGE\0");
 }
 
-struct PaintCase {
-  const char* name;
-  std::string head;  // what was read when the call began
-  std::string file;  // what the file holds now
-  Verdict verdict;
+class PaintImage : public OnTheMachine {
+ protected:
+  // What the row says when the call began with this head and the file holds these bytes now.
+  static std::int32_t AskAboutFile(const std::string& head, const std::string& file,
+                                   const std::vector<memory_host::Fault>& faults = {}) {
+    const Sample sample{
+        .name = "paint", .detector = DetectPaintImage, .bytes = head, .verdict = NO};
+    LayOut(sample);
+    TheMachine().files[L"sample"] = file;
+    TheMachine().faults = faults;
+    return AskAboutHead(DetectPaintImage, sample, head.size());
+  }
 };
 
-TEST(PaintImage, ReadsItsTagFromTheFile) {
+TEST_F(PaintImage, ReadsItsTagFromTheFile) {
   const std::string tiff = PaintTiff(8);
   // Offsets are counted modulo 2^32: a directory at -2 has its first entry at 0, one at -6 its own
   // at -4, where no file has anything.
@@ -76,8 +68,12 @@ TEST(PaintImage, ReadsItsTagFromTheFile) {
   // The first entry's value is a name that stands before the directory.
   const std::string nameFirst =
       Bytes("II\x2A\0\x1A\0\0\0Tavon PIXEL-FORGE\0\x01\0\x31\x01\x02\0\x12\0\0\0\x08\0\0\0");
-  const PaintCase cases[] = {
-      {"as it was", tiff, tiff, YES},
+  const struct {
+    const char* name;
+    std::string head;
+    std::string file;
+    Verdict verdict;
+  } CASES[] = {
       {"directory further on", PaintTiff(200).substr(0, 8), PaintTiff(90), NO},
       {"no tag in the head", tiff.substr(0, 8), tiff, YES},
       {"only in the head", tiff, tiff.substr(0, 8), NO},
@@ -89,33 +85,18 @@ TEST(PaintImage, ReadsItsTagFromTheFile) {
       {"name at the very end, cut to 16", wrapped, wrapped.substr(0, 28), NO},
       {"empty by now", tiff, "", NO},
   };
-  for (const PaintCase& paint : cases) {
-    const Sample sample{
-        .name = paint.name, .detector = DetectPaintImage, .bytes = paint.head, .verdict = NO};
-    LayOut(sample);
-    TheMachine().files[L"sample"] = paint.file;
-    EXPECT_EQ(AskAboutHead(DetectPaintImage, sample, paint.head.size()), paint.verdict)
-        << paint.name;
-    EXPECT_EQ(TheMachine().OpenObjects(), 0) << paint.name;
-  }
+  for (const auto& c : CASES) EXPECT_EQ(AskAboutFile(c.head, c.file), c.verdict) << c.name;
 }
 
-TEST(PaintImage, AnyFaultIsANo) {
-  const Sample sample{
-      .name = "paint", .detector = DetectPaintImage, .bytes = PaintTiff(8), .verdict = YES};
-  const memory_host::Fault faults[] = {{.call = Call::OPEN_FILE},
+TEST_F(PaintImage, AnyFaultIsANo) {
+  const memory_host::Fault FAULTS[] = {{.call = Call::OPEN_FILE},
                                        {.call = Call::SEEK_FILE},
                                        {.call = Call::SEEK_FILE, .nth = 2},
                                        {.call = Call::READ_FILE}};
-  for (const memory_host::Fault& fault : faults) {
-    LayOut(sample);
-    TheMachine().faults = {fault};
-    EXPECT_EQ(AskAboutHead(DetectPaintImage, sample, sample.bytes.size()), 0);
-    EXPECT_EQ(TheMachine().OpenObjects(), 0);
-  }
+  for (const auto& fault : FAULTS) EXPECT_EQ(AskAboutFile(PaintTiff(8), PaintTiff(8), {fault}), 0);
 }
 
-TEST(PaintImage, LeavesTheFileAloneWithoutATiffHeader) {
+TEST_F(PaintImage, LeavesTheFileAloneWithoutATiffHeader) {
   for (const char* bytes : {"PXF9FILE1", "PXF9FILE", "some other file"}) {
     Ask(DetectPaintImage, bytes);
     EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 0) << bytes;
