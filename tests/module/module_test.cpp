@@ -16,9 +16,14 @@
 namespace typescout::tests {
 namespace {
 
-// The file that the sample stands for: itself, or a real document with its streams.
-std::string FileBytes(const Sample& sample) {
-  return sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams);
+namespace fs = std::filesystem;
+
+// Writes the file that the sample stands for: itself, or a real document with its streams; in a
+// folder of its own, since its name matters.
+fs::path WriteSample(const TempFolder& folder, const Sample& sample) {
+  static std::atomic<int> count = 0;
+  return folder.Write(std::to_string(++count) / fs::path(sample.path),
+                      sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams));
 }
 
 // Some samples put a document behind a head that no document has, which only the in-memory host
@@ -29,23 +34,15 @@ bool IsPossible(const Sample& sample) {
          (sample.bytes.starts_with("\xD0\xCF\x11\xE0") && sample.bytes.size() >= DOCUMENT_HEADER);
 }
 
-// Asks the module for one row, by index.
-bool AskRow(const std::filesystem::path& path, int index, int requested) {
-  std::wstring wide = path.wstring();
-  return CheckFiltersFromList(wide.data(), &index, 1, 0, nullptr, requested) != 0;
-}
-
 TEST(Module, AnswersAsTheSamplesSay) {
   const TempFolder folder;
-  int count = 0;
   for (const Sample& sample : AllSamples()) {
     if (!IsPossible(sample)) continue;
-    const auto file = folder.Write(std::to_string(++count) / std::filesystem::path(sample.path),
-                                   FileBytes(sample));
+    std::wstring path = WriteSample(folder, sample).wstring();
     for (int index = 0; index < REGISTRY_SIZE; ++index) {
       if (DetectorRegistry[static_cast<std::size_t>(index)].detect != sample.detector) continue;
-      EXPECT_EQ(AskRow(file, index, sample.requested), sample.verdict == YES)
-          << sample.name << ", row " << index;
+      const int answer = CheckFiltersFromList(path.data(), &index, 1, 0, nullptr, sample.requested);
+      EXPECT_EQ(answer != 0, sample.verdict == YES) << sample.name << ", row " << index;
     }
   }
 }
@@ -55,21 +52,20 @@ TEST(Module, AnswersTheSameOnEveryThread) {
   std::vector<std::wstring> files;
   std::vector<int> answers;
   for (const Sample& sample : AllSamples()) {
-    const auto name = std::to_string(files.size()) / std::filesystem::path(sample.path);
-    files.push_back(folder.Write(name, FileBytes(sample)).wstring());
+    files.push_back(WriteSample(folder, sample).wstring());
     answers.push_back(TypeScoutFile(files.back().c_str()));
   }
   std::atomic<int> differences = 0;
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 8; ++i) {
+  std::vector<std::jthread> threads;
+  for (std::size_t i = 0; i < 8; ++i) {
     threads.emplace_back([&, i] {
       for (std::size_t k = 0; k < files.size(); ++k) {
-        const std::size_t file = (k + static_cast<std::size_t>(i) * 37) % files.size();
+        const std::size_t file = (k + i * 37) % files.size();
         if (TypeScoutFile(files[file].c_str()) != answers[file]) ++differences;
       }
     });
   }
-  for (std::thread& thread : threads) thread.join();
+  threads.clear();  // waits for them
   EXPECT_EQ(differences, 0);
 }
 
@@ -86,7 +82,7 @@ TEST(Module, TakesPathsOf259Characters) {
   const TempFolder folder;
   // Folders and a name that make the path exactly as long as wanted.
   const auto pathOf = [&folder](std::size_t length) {
-    std::filesystem::path path = folder.path();
+    fs::path path = folder.path();
     while (path.native().size() + 100 < length) path /= std::string(60, 'd');
     path /= std::string(length - path.native().size() - 1, 'n');
     return folder.Write(path.lexically_relative(folder.path()), Bytes("\x89PNG\r\n\x1A\n"));
@@ -99,15 +95,14 @@ TEST(Module, TakesPathsOf259Characters) {
 TEST(Module, ThrowsWhenAFileShrinksUnderIt) {
   const TempFolder folder;
   const std::string head = PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08";
-  const std::string data = Fill(70'000, '\xFF');
-  const auto file = folder.Write("shrinking.gif", head + data);
+  const auto file = folder.Write("shrinking.gif", head + Fill(70'000, '\xFF'));
   constexpr std::uintmax_t FULL = 48 << 20;
   std::atomic<bool> done = false;
   std::thread shrinker([&] {
     while (!done) {
-      std::filesystem::resize_file(file, FULL);
+      fs::resize_file(file, FULL);
       std::this_thread::sleep_for(std::chrono::milliseconds(3));
-      std::filesystem::resize_file(file, 60'000);
+      fs::resize_file(file, 60'000);
     }
   });
   bool thrown = false;

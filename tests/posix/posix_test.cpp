@@ -126,12 +126,6 @@ TEST_F(Posix, OpensRegularFilesOnly) {
   }
 }
 
-TEST_F(Posix, ReportsWhatItMayNotRead) {
-  folder_.Write("secret", PNG);
-  chmod((folder_.path() / "secret").c_str(), 0);
-  EXPECT_EQ(Scan("secret"), geteuid() == 0 ? 0x0322 : 0);
-}
-
 TEST_F(Posix, ReadsBeyondFourGigabytes) {
   const fs::path path = folder_.Write("huge", "start");
   constexpr std::uint64_t SIZE = 0x1'4000'0000;

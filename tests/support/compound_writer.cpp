@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cwctype>
+#include <span>
+#include <utility>
 #include <vector>
 
 namespace typescout::tests {
@@ -47,6 +49,7 @@ class Writer {
     body_.assign(options_.freeSectors * sectorSize_, '\0');
     std::vector<std::uint32_t> miniFat;
     std::string miniStream;
+    std::vector<std::pair<std::wstring, std::size_t>> order;
     std::vector<std::string> entries = {Entry(L"Root Entry", 5, 0, 0)};
     for (const auto& [name, content] : streams) {
       std::uint32_t first = 0;
@@ -57,9 +60,15 @@ class Writer {
         first = AddChain(miniFat, count);
         miniStream += content + std::string(count * MINI_SECTOR - content.size(), '\0');
       }
+      // Entries are ordered by the length of their names first, then without regard to case.
+      std::wstring key(1, static_cast<wchar_t>(name.size()));
+      for (const wchar_t c : name)
+        key += static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
+      order.emplace_back(key, entries.size());
       entries.push_back(Entry(name, 2, first, content.size()));
     }
-    LinkTree(streams, entries);
+    std::sort(order.begin(), order.end());
+    Put(entries[0], 76, LinkTree(order, entries), 4);
     const std::uint32_t miniStreamAt = AddSectors(miniStream);
     Put(entries[0], 116, miniStreamAt, 4);
     Put(entries[0], 120, miniStream.size(), 8);
@@ -109,28 +118,14 @@ class Writer {
     return entry;
   }
 
-  // Orders the entries by length and upper-case name, as a balanced tree below the root.
-  static void LinkTree(const std::map<std::wstring, std::string>& streams,
-                       std::vector<std::string>& entries) {
-    std::vector<std::pair<std::wstring, std::size_t>> order;
-    for (const auto& [name, content] : streams) {
-      std::wstring upper = name;
-      for (wchar_t& c : upper) c = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
-      order.emplace_back(std::wstring(1, static_cast<wchar_t>(name.size())) + upper,
-                         order.size() + 1);
-    }
-    std::sort(order.begin(), order.end());
-    Put(entries[0], 76, LinkRange(order, 0, order.size(), entries), 4);
-  }
-
-  static std::uint32_t LinkRange(const std::vector<std::pair<std::wstring, std::size_t>>& order,
-                                 std::size_t first, std::size_t last,
-                                 std::vector<std::string>& entries) {
-    if (first == last) return FREE;
-    const std::size_t middle = (first + last) / 2;
+  // Links entries, given as their names' keys and their numbers, as a balanced tree; its root.
+  static std::uint32_t LinkTree(std::span<const std::pair<std::wstring, std::size_t>> order,
+                                std::vector<std::string>& entries) {
+    if (order.empty()) return FREE;
+    const std::size_t middle = order.size() / 2;
     const std::size_t number = order[middle].second;
-    Put(entries[number], 68, LinkRange(order, first, middle, entries), 4);
-    Put(entries[number], 72, LinkRange(order, middle + 1, last, entries), 4);
+    Put(entries[number], 68, LinkTree(order.first(middle), entries), 4);
+    Put(entries[number], 72, LinkTree(order.subspan(middle + 1), entries), 4);
     return static_cast<std::uint32_t>(number);
   }
 

@@ -1,5 +1,5 @@
-// PDF files and the suite's PDF import module: what the module is asked, what becomes of its
-// answer, and that nothing of it stays.
+// The rows that ask a module of the suite, the camera-raw decoder or the PDF import module: what it
+// is asked, what becomes of its answer, and that nothing of it stays.
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -11,6 +11,7 @@
 #include "core/file_context.h"
 #include "detectors/postscript/ai_native_data.h"
 #include "detectors/postscript/postscript.h"
+#include "detectors/raster/raster.h"
 #include "host/memory/failing_allocation.h"
 #include "tests/support/ask.h"
 #include "tests/support/on_the_machine.h"
@@ -20,6 +21,55 @@ namespace {
 
 using memory_host::Call;
 using memory_host::TheMachine;
+
+constexpr int AN_ERROR = 99;
+int decodersAnswer = 0;
+std::wstring askedPath;
+
+int CheckForRaw(const wchar_t* path) {
+  askedPath = path;
+  if (decodersAnswer == AN_ERROR) throw std::runtime_error("decoder");
+  return decodersAnswer;
+}
+
+class CameraRaw : public OnTheMachine {
+ protected:
+  static std::int32_t AskDecoder(const std::wstring& path, int answer,
+                                 const char* functionName = "CheckForRaw") {
+    const Sample sample = {
+        .name = "raw", .detector = DetectCameraRaw, .bytes = "raw", .verdict = NO, .path = path};
+    LayOut(sample);
+    TheMachine().modules[L"DCRaw"][functionName] = reinterpret_cast<void*>(CheckForRaw);
+    decodersAnswer = answer;
+    askedPath.clear();
+    return AskAboutHead(DetectCameraRaw, sample, sample.bytes.size());
+  }
+};
+
+TEST_F(CameraRaw, TakesAPositiveAnswerAsYes) {
+  for (const int value : {2, 1, 0, -1}) {
+    EXPECT_EQ(AskDecoder(L"folder.zrf/photo", value), value > 0 ? 1 : 0) << value;
+    EXPECT_EQ(askedPath, L"folder.zrf/photo");
+  }
+  EXPECT_THROW(AskDecoder(L"a.cr2", AN_ERROR), std::runtime_error);
+}
+
+TEST_F(CameraRaw, LeavesTechnicalDrawingsAlone) {
+  for (const wchar_t* path : {L"a.zrf", L"a.ZRW", L"a.b.Zr4", L".zrf"}) {
+    EXPECT_EQ(AskDecoder(path, 1), 0) << path;
+    EXPECT_EQ(TheMachine().calls[Call::LOAD_MODULE], 0) << path;
+  }
+  for (const wchar_t* path : {L"a.zrf.cr2", L"a.zr", L"a.zrf4", L"a.zr5", L"zrf", L""}) {
+    EXPECT_EQ(AskDecoder(path, 1), 1) << path;
+  }
+}
+
+TEST_F(CameraRaw, IsNoWithoutTheFunctionOrAPath) {
+  EXPECT_EQ(AskDecoder(L"a.cr2", 1, "CheckForRAW"), 0);
+  EXPECT_EQ(TheMachine().calls[Call::FIND_SYMBOL], 1);
+  const ProbeContext probe = {};
+  EXPECT_EQ(DetectCameraRaw(&probe), 0);
+}
 
 constexpr FilterId ILLUSTRATOR = 0x0503;
 constexpr FilterId FILTER_0519 = 0x0519;
