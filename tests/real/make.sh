@@ -13,9 +13,7 @@ folder=$(cd "$1" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
-# Relative, because some programs write the path into the file.
-out=made
-mkdir "$out"
+mkdir made  # relative, because some programs write the path into the file
 exec 3>&2 2>said
 complain() {
   echo "make.sh: line $1: $2: status $3"
@@ -25,125 +23,80 @@ trap 'complain "$LINENO" "$BASH_COMMAND" "$?"' ERR
 
 # ---- Pictures ----------------------------------------------------------------------------------
 
-# The models: an outline, a greyscale and a colour picture, and one that does not compress.
-cat >outline.pbm <<'PBM'
-P1 16 16
-0000000000000000
-0000001111000000
-0000110000110000
-0001000000001000
-0010000000000100
-0010011001100100
-0100011001100010
-0100000000000010
-0100000000000010
-0101000000001010
-0010110000110100
-0010001111000100
-0001000000001000
-0000110000110000
-0000001111000000
-0000000000000000
-PBM
-pnmenlarge 8 outline.pbm >shape.pbm
+# The models: a black and white, a greyscale and a colour picture, and one that does not compress.
+pgmramp -ellipse 128 128 | pgmtopbm -threshold >shape.pbm
 pgmramp -ellipse 96 64 >grey.pgm
 pgmramp -lr 96 64 >red.pgm
 pgmramp -tb 96 64 >green.pgm
 rgb3toppm red.pgm green.pgm grey.pgm >colour.ppm
 convert colour.ppm +dither -colors 32 few.ppm
 pgmnoise -randomseed=1 320 240 >noise.pgm
-pgmnoise -randomseed=2 320 240 >noise2.pgm
 
-# GIF. The noisy ones go on for more than 50,000 bytes before their first picture ends.
-pamtogif few.ppm >"$out/still.gif"
-convert few.ppm "gif87:$out/still-87a.gif"
-convert few.ppm -interlace GIF -set comment 'a comment' "$out/interlaced.gif"
-pamtogif noise.pgm >"$out/still-large.gif"
-convert -delay 10 -loop 0 few.ppm \( few.ppm -negate \) \( few.ppm -flip \) "$out/animated.gif"
-convert -delay 10 -loop 3 noise.pgm noise2.pgm "$out/animated-large.gif"
+# ImageMagick goes by the extension, or by the format in front of the name.
+for file in bmp2:made/core-header.bmp bmp3:made/info-header.bmp tiff64:made/bigtiff.tif \
+  tga:made/by-imagemagick.tga made/lossy.webp made/flat.psd made/large-document.psb \
+  made/boxed.jp2 j2k:made/bare.j2k pict:made/by-imagemagick.pict; do
+  convert colour.ppm "$file"
+done
+for file in gif87:made/still-87a.gif dcx:made/pages.dcx made/by-imagemagick.xpm \
+  ico:made/by-imagemagick.ico cur:made/by-imagemagick.cur; do
+  convert few.ppm -resize 32x32! "$file"
+done
+convert few.ppm -interlace GIF -set comment 'a comment' made/interlaced.gif
+convert -delay 10 -loop 0 few.ppm \( +clone -negate \) \( +clone -flip \) made/animated.gif
+convert -delay 10 -loop 3 noise.pgm \( +clone -flip \) made/animated-large.gif
+convert colour.ppm -set comment 'a comment' -density 300 made/comment.jpg
+convert colour.ppm -colorspace CMYK made/cmyk.jpg
+convert colour.ppm -define tiff:endian=lsb made/little-endian.tif
+convert colour.ppm -compress LZW -define tiff:endian=msb made/big-endian.tif
+convert colour.ppm -alpha set bmp:made/v5-header.bmp
+convert shape.pbm pcx:made/mono.pcx
+convert few.ppm few.ppm mng:made/frames.mng
+convert colour.ppm -define webp:lossless=true made/lossless.webp
 
-# JPEG, by two programs; and a frame that uses arithmetic coding.
-cjpeg -quality 80 colour.ppm >"$out/baseline.jpg"
-cjpeg -quality 80 -progressive colour.ppm >"$out/progressive.jpg"
-cjpeg -quality 80 grey.pgm >"$out/grey.jpg"
-cjpeg -quality 80 -restart 1 colour.ppm >"$out/restart.jpg"
-cjpeg -quality 80 -arithmetic colour.ppm >"$out/arithmetic.jpg"
-convert colour.ppm -set comment 'a comment' -density 300 "$out/comment.jpg"
-convert colour.ppm -colorspace CMYK "$out/cmyk.jpg"
+for way in baseline progressive arithmetic grayscale; do
+  cjpeg "-$way" colour.ppm >"made/$way.jpg"
+done
+cjpeg -restart 1 colour.ppm >made/restart.jpg
 
-# TIFF.
-convert colour.ppm -define tiff:endian=lsb "$out/little-endian.tif"
-convert colour.ppm -define tiff:endian=msb "$out/big-endian.tif"
-pamtotiff -g4 shape.pbm >"$out/fax.tif"
-convert few.ppm -compress LZW -define tiff:endian=msb "$out/lzw-big-endian.tif"
-convert colour.ppm "tiff64:$out/bigtiff.tif"
+# By Netpbm. The noise goes on for more than 50,000 bytes.
+pamtogif few.ppm >made/still.gif
+pamtogif noise.pgm >made/still-large.gif
+pamtotiff -g4 shape.pbm >made/fax.tif
+ppmtobmp -windows few.ppm >made/windows.bmp
+ppmtobmp -os2 few.ppm >made/os2.bmp
+ppmtopcx few.ppm >made/palette.pcx
+ppmtopcx -24bit colour.ppm >made/truecolour.pcx
+ppmtotga -rgb -norle colour.ppm >made/rgb.tga
+ppmtotga -cmap few.ppm >made/mapped-rle.tga
+ppmtotga -mono grey.pgm >made/grey.tga
+pnmtopng colour.ppm >made/colour.png
+pnmtopng -interlace -transparent =white shape.pbm >made/interlaced.png
+ppmtoxpm few.ppm >made/by-netpbm.xpm
+for picture in shape.pbm grey.pgm colour.ppm; do
+  cp "$picture" "made/raw.${picture#*.}"
+  pnmtoplainpnm "$picture" >"made/plain.${picture#*.}"
+done
+pamtopam <colour.ppm >made/raw.pam
+ppmtowinicon -output made/by-netpbm.ico few.ppm
+pbmtomacp shape.pbm >made/shape.macp
+pbmtomacp -norle shape.pbm >made/shape-literal.macp
+ppmtopict few.ppm >made/few.pict
+pbmtogem shape.pbm >made/shape.img
+pamtosvg shape.pbm >made/by-netpbm.svg
+pnmtops -quiet few.ppm >made/by-netpbm.eps
+pnmtops -quiet -setpage few.ppm >made/by-netpbm.ps
+pnmtopclxl few.ppm >made/by-netpbm.pxl
+pbmtolj -resolution 75 shape.pbm >made/by-netpbm.pcl
+# Formats that nobody asks about.
+for format in ppmtoilbm pnmtosgi pnmtorast ppmtoacad ppmtosixel; do
+  "$format" few.ppm >"made/few.${format#*to}"
+done
+pbmtoxbm shape.pbm >made/shape.xbm
+pbmtowbmp shape.pbm >made/shape.wbmp
 
-# Bitmaps.
-ppmtobmp -windows few.ppm >"$out/windows.bmp"
-ppmtobmp -os2 few.ppm >"$out/os2.bmp"
-convert colour.ppm "bmp2:$out/core-header.bmp"
-convert colour.ppm "bmp3:$out/info-header.bmp"
-convert colour.ppm -alpha set "bmp:$out/v5-header.bmp"
-
-# PCX and TGA.
-ppmtopcx few.ppm >"$out/palette.pcx"
-ppmtopcx -24bit colour.ppm >"$out/truecolour.pcx"
-convert shape.pbm "pcx:$out/mono.pcx"
-convert few.ppm "dcx:$out/pages.dcx"
-ppmtotga -rgb -norle colour.ppm >"$out/rgb.tga"
-ppmtotga -rgb colour.ppm >"$out/rgb-rle.tga"
-ppmtotga -cmap -norle few.ppm >"$out/mapped.tga"
-ppmtotga -mono grey.pgm >"$out/grey-rle.tga"
-ppmtotga -mono -norle grey.pgm >"$out/grey.tga"
-convert colour.ppm "tga:$out/by-imagemagick.tga"
-
-# PNG, WebP, XPM.
-pnmtopng colour.ppm >"$out/colour.png"
-pnmtopng -interlace -transparent =white shape.pbm >"$out/interlaced.png"
-convert few.ppm few.ppm "mng:$out/frames.mng"
-convert colour.ppm "$out/lossy.webp"
-convert colour.ppm -define webp:lossless=true "$out/lossless.webp"
-ppmtoxpm few.ppm >"$out/by-netpbm.xpm"
-convert few.ppm "$out/by-imagemagick.xpm"
-
-# Netpbm, all seven.
-cp shape.pbm "$out/raw.pbm"
-cp grey.pgm "$out/raw.pgm"
-cp colour.ppm "$out/raw.ppm"
-pnmtoplainpnm shape.pbm >"$out/plain.pbm"
-pnmtoplainpnm grey.pgm >"$out/plain.pgm"
-pnmtoplainpnm colour.ppm >"$out/plain.ppm"
-pamtopam <colour.ppm >"$out/raw.pam"
-
-# Photoshop, JPEG 2000.
-convert colour.ppm "$out/flat.psd"
-convert colour.ppm "$out/large-document.psb"
-convert colour.ppm "$out/boxed.jp2"
-convert colour.ppm "j2k:$out/bare.j2k"
-
-# Icons and cursors.
-ppmtowinicon -output "$out/by-netpbm.ico" few.ppm
-convert few.ppm -resize 32x32! "ico:$out/by-imagemagick.ico"
-pnmtopng -transparent =white shape.pbm >shape.png
-icotool --create --icon --output="$out/by-icotool.ico" shape.png
-icotool --create --cursor --hotspot-x=3 --hotspot-y=4 --output="$out/by-icotool.cur" shape.png
-convert few.ppm -resize 32x32! "cur:$out/by-imagemagick.cur"
-
-# Of the Macintosh, the Atari and the Amiga.
-pbmtomacp shape.pbm >"$out/shape.macp"
-pbmtomacp -norle shape.pbm >"$out/shape-literal.macp"
-ppmtopict few.ppm >"$out/few.pict"
-convert colour.ppm "pict:$out/by-imagemagick.pict"
-pbmtogem shape.pbm >"$out/shape.img"
-ppmtoilbm few.ppm >"$out/few.ilbm"
-
-# Pictures of formats that nobody asks about.
-pbmtoxbm shape.pbm >"$out/shape.xbm"
-pnmtosgi colour.ppm >"$out/colour.sgi"
-pnmtorast colour.ppm >"$out/colour.ras"
-pbmtowbmp shape.pbm >"$out/shape.wbmp"
-ppmtoacad few.ppm >"$out/few.sld"
-ppmtosixel few.ppm >"$out/few.sixel"
+icotool --create --icon --output=made/by-icotool.ico made/colour.png
+icotool --create --cursor --hotspot-x=3 --hotspot-y=4 --output=made/by-icotool.cur made/colour.png
 
 # ---- PostScript, PDF and printers ----------------------------------------------------------------
 
@@ -157,172 +110,119 @@ cat >page.ps <<'PS'
 showpage
 %%EOF
 PS
-ghost() { gs -q -dBATCH -dNOPAUSE -dSAFER -sDEVICE="$1" -sOutputFile="$2" "${@:3}" page.ps; }
-ghost ps2write "$out/job.ps"
-ghost eps2write "$out/encapsulated.eps"
-ghost pdfwrite "$out/page.pdf"
-ghost psdrgb "$out/by-ghostscript.psd" -r36
-ghost xcf "$out/layer.xcf" -r36
-ghost pcx256 "$out/by-ghostscript.pcx" -r36
-ghost tiffg4 "$out/by-ghostscript.tif"
-ghost pxlmono "$out/laser.pxl"
-ghost ljet4 "$out/laser.pcl" -r75
-ghost epson "$out/dots.prn" -r60
-pnmtops -quiet few.ppm >"$out/by-netpbm.eps"
-pnmtops -quiet -setpage few.ppm >"$out/by-netpbm.ps"
-pnmtopclxl few.ppm >"$out/by-netpbm.pxl"
-pbmtolj -resolution 75 shape.pbm >"$out/by-netpbm.pcl"
-potrace --backend eps --output "$out/by-potrace.eps" shape.pbm
-epstool --quiet --add-tiff4-preview "$out/encapsulated.eps" "$out/dos-tiff-preview.eps" >said-too
-epstool --quiet --add-interchange-preview --device pgmraw "$out/by-potrace.eps" \
-  "$out/interchange-preview.eps" >said-too
-potrace --backend ps --output "$out/by-potrace.ps" shape.pbm
-potrace --backend pdf --output "$out/by-potrace.pdf" shape.pbm
-pstoedit -q -f ps2ai "$out/by-potrace.eps" "$out/by-ghostscript.ai" >said-too
+for device in ps2write:job.ps eps2write:encapsulated.eps pdfwrite:page.pdf xcf:layer.xcf \
+  psdrgb:by-ghostscript.psd pcx256:by-ghostscript.pcx tiffg4:by-ghostscript.tif \
+  pxlmono:laser.pxl ljet4:laser.pcl epson:dots.prn; do
+  gs -q -dBATCH -dNOPAUSE -dSAFER -r60 "-sDEVICE=${device%:*}" "-sOutputFile=made/${device#*:}" \
+    page.ps
+done
+for format in eps ps pdf svg dxf; do
+  potrace --backend "$format" --output "made/by-potrace.$format" shape.pbm
+done
+epstool --quiet --add-tiff4-preview made/encapsulated.eps made/dos-tiff-preview.eps >said-too
+epstool --quiet --add-interchange-preview --device pgmraw made/by-potrace.eps \
+  made/interchange-preview.eps >said-too
+pstoedit -q -f ps2ai made/by-potrace.eps made/by-ghostscript.ai >said-too
 
 # ---- Drawings ------------------------------------------------------------------------------------
 
 seq 1 12 | awk '{ print $1, $1 * $1 % 7 }' >points
-draw() { graph -T "$1" "${@:3}" points >"$out/$2"; }
-draw ai by-graph.ai
-draw ps by-graph.ps
-draw hpgl by-graph.hpgl
-draw pcl by-graph.pcl
-draw cgm by-graph.cgm
-draw svg by-graph.svg
-draw fig by-graph.fig
-draw pnm by-graph.pnm
-draw gif by-graph.gif
-CGM_ENCODING=clear_text draw cgm clear-text.cgm
-HPGL_VERSION=1 draw hpgl version-1.hpgl
-plot() {
-  gnuplot -e "set terminal $1; set output '$out/$2'; plot 'points' with lines title 'points'"
-}
-plot 'postscript' by-gnuplot.ps
-plot 'postscript eps' by-gnuplot.eps
-plot hpgl by-gnuplot.hpgl
-plot pcl5 by-gnuplot.pcl
-plot dxf by-gnuplot.dxf
-plot cgm by-gnuplot.cgm
-plot emf by-gnuplot.emf
-plot svg by-gnuplot.svg
-plot pdfcairo by-gnuplot.pdf
-for format in dxf dxf_s emf hpgl; do
-  pstoedit -q -f "$format" "$out/by-potrace.eps" "$out/by-pstoedit.$format"
+for format in ai ps hpgl pcl cgm svg fig pnm gif; do
+  graph -T "$format" points >"made/by-graph.$format"
 done
-potrace --backend dxf --output "$out/by-potrace.dxf" shape.pbm
-potrace --backend svg --output "$out/by-potrace.svg" shape.pbm
-pamtosvg shape.pbm >"$out/by-netpbm.svg"
-echo 'graph { one -- two -- three -- one }' >graph.dot
+CGM_ENCODING=clear_text graph -T cgm points >made/clear-text.cgm
+HPGL_VERSION=1 graph -T hpgl points >made/version-1.hpgl
+for terminal in postscript:ps 'postscript eps:eps' hpgl:hpgl pcl5:pcl dxf:dxf cgm:cgm emf:emf \
+  svg:svg pdfcairo:pdf; do
+  gnuplot -e "set terminal ${terminal%:*}; set output 'made/by-gnuplot.${terminal#*:}'" \
+    -e "plot 'points' with lines title 'points'"
+done
+for format in dxf dxf_s emf hpgl; do
+  pstoedit -q -f "$format" made/by-potrace.eps "made/by-pstoedit.$format"
+done
 for format in svg ps2 pdf fig vrml; do
-  dot "-T$format" -o "graph.$format" graph.dot
-  cp "graph.$format" "$out"
+  echo 'graph { one -- two -- three -- one }' | dot "-T$format" -o "graph.$format"
+  mv "graph.$format" made  # alone: VRML brings pictures
 done
 
 # ---- Sound and video -----------------------------------------------------------------------------
 
 tone() { sox -D -R -n -r "${rate:-44100}" -c 1 "$@" synth 0.2 sine 440 vol 0.5; }
-tone -b 16 "$out/tone.wav"
-tone -b 16 "$out/tone.aiff"
-tone -b 16 "$out/tone.aifc"
-rate=8000 tone -e unsigned-integer -b 8 "$out/tone.voc"
-rate=8000 tone -b 8 "$out/tone.8svx"
-tone -b 16 "$out/linear.au"
-tone -b 16 -t au -L "$out/little-endian.au"
-rate=8000 tone -e mu-law -t au "$out/mu-law.au"
-rate=8000 tone -b 8 -t au "$out/eight-bit.au"
-rate=8000 tone -e a-law -t au "$out/a-law.au"
-tone -b 24 -t au "$out/24-bit.au"
-tone -b 16 "$out/tone.flac"
-tone "$out/tone.ogg"
-lame --quiet "$out/tone.wav" "$out/plain.mp3"
-lame --quiet --add-id3v2 --tt 'A tone' "$out/tone.wav" "$out/tagged.mp3"
-rate=8000 tone -b 16 low.wav
-lame --quiet low.wav "$out/mpeg-2.5.mp3"
-mp2enc -v 0 -b 96 -o "$out/layer2.mp2" <"$out/tone.wav"
-cat >tune.abc <<'ABC'
-X:1
-T:A scale
-M:4/4
-L:1/4
-K:C
-CDEF|GABc|
-ABC
-abc2midi tune.abc -o "$out/tune.mid" -silent >said-too
+for format in wav aiff aifc au flac ogg; do
+  tone -b 16 "made/tone.$format"
+done
+rate=8000
+tone -b 16 low.wav
+tone -e unsigned-integer -b 8 made/tone.voc
+tone -b 8 made/tone.8svx
+for encoding in '-L -b 16' '-b 8' '-b 24' '-e mu-law' '-e a-law'; do
+  # shellcheck disable=SC2086  # options
+  tone $encoding -t au "made/${encoding##* }.au"
+done
+lame --quiet made/tone.wav made/plain.mp3
+lame --quiet --add-id3v2 --tt 'A tone' made/tone.wav made/tagged.mp3
+lame --quiet low.wav made/mpeg-2.5.mp3
+mp2enc -v 0 -b 96 -o made/layer2.mp2 <made/tone.wav
+printf '%s\n' X:1 'T:A scale' M:4/4 L:1/4 K:C 'CDEF|GABc|' >tune.abc
+abc2midi tune.abc -o made/tune.mid -silent >said-too
 
 for _ in 1 2 3 4 5 6 7 8 9 10; do cat colour.ppm; done |
   ppmtoy4m -v 0 -F 25:1 -S 420mpeg2 >film.y4m
-mpeg2enc -v 0 -f 1 -o "$out/video.m1v" <film.y4m
-mpeg2enc -v 0 -f 3 -b 500 -o "$out/video.m2v" <film.y4m
-mplex -v 0 -f 0 -o "$out/program.mpg" "$out/video.m1v" "$out/layer2.mp2"
-mplex -v 0 -f 3 -o "$out/program-2.mpg" "$out/video.m2v" "$out/layer2.mp2"
-yuv2lav -v 0 -f a -o "$out/film.avi" <film.y4m >said-too
+mpeg2enc -v 0 -f 1 -o made/video.m1v <film.y4m
+mpeg2enc -v 0 -f 3 -b 500 -o made/video.m2v <film.y4m
+mplex -v 0 -f 0 -o made/program.mpg made/video.m1v made/layer2.mp2
+mplex -v 0 -f 3 -o made/program-2.mpg made/video.m2v made/layer2.mp2
+yuv2lav -v 0 -f a -o made/film.avi <film.y4m >said-too
 
 # ---- Documents and text --------------------------------------------------------------------------
 
+office() { # FILE FORMAT...
+  for format in "${@:2}"; do
+    soffice "-env:UserInstallation=file://$work/office" --headless --convert-to "$format" \
+      --outdir made "$1" >>said
+    # It says nothing by its exit status.
+    [ -s "made/${1%.*}.${format%%:*}" ]
+  done
+}
 printf 'A page\n\nOf one paragraph, and a caf\303\251.\n' >letter.txt
 printf 'one,two\n1,2\n3,4\n' >table.csv
-office() {
-  soffice "-env:UserInstallation=file://$work/office" --headless --convert-to "$1" \
-    --outdir "$out" "$2" >>said
-  # It says nothing by its exit status.
-  [ -s "$out/${2%.*}.${1%%:*}" ]
-}
-office 'doc:MS Word 97' letter.txt
-office rtf letter.txt
-office odt letter.txt
-office 'html:HTML (StarWriter)' letter.txt
-office 'xls:MS Excel 97' table.csv
-cp "$out/by-potrace.svg" shape.svg
-office wmf shape.svg
-office emf shape.svg
+cp made/by-potrace.svg shape.svg
+office letter.txt 'doc:MS Word 97' rtf odt 'html:HTML (StarWriter)'
+office table.csv 'xls:MS Excel 97'
+office shape.svg wmf emf
 
 printf 'Name\tValue\ns64\ts255\nnames\tName\none\t1\n' >names.idt
-msibuild "$out/package.msi" -s 'A package' 'An author' ';1033' \
+msibuild made/package.msi -s 'A package' 'An author' ';1033' \
   '{00000000-0000-0000-0000-000000000001}'
-cp "$out/package.msi" "$out/package.pub"
-mkdir parts
-head -c 4096 /dev/zero >parts/Pictures
-gsf createole "$out/no-document.ole" parts/Pictures
+head -c 4096 /dev/zero >Pictures
+gsf createole made/no-document.ole Pictures
+# What goes by its extension alone.
+cp made/package.msi made/package.pub
+echo 'ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAAB someone@here' >made/id_ed25519.pub
+for name in archive.zip drawing.vxr technical.zrs symbols.TSL; do
+  cp made/letter.odt "made/$name"
+done
 
-# The same archive under other names.
-cp "$out/letter.odt" "$out/archive.zip"
-cp "$out/letter.odt" "$out/drawing.vxr"
-cp "$out/letter.odt" "$out/technical.zrs"
-cp "$out/letter.odt" "$out/symbols.TSL"
-
-# Executables.
 printf '.globl _start\n_start: ret\n' | as -o start.o -
-ld -m i386pep --no-insert-timestamp -o "$out/program.exe" start.o
-ld -o "$out/program.elf" start.o
+ld -m i386pep --no-insert-timestamp -o made/program.exe start.o
+ld -o made/program.elf start.o
 
 lines() {
   for number in 1 2 3 4 5 6 7 8; do printf "Line $number: %s$2" "$1"; done
 }
-lines 'plain words' '\n' >"$out/unix.txt"
-lines 'plain words' '\r\n' >"$out/dos.txt"
-lines 'plain words' '\r' >"$out/mac.txt"
-{ lines 'plain words' '\r\n'; printf '\032'; } >"$out/dos-end-of-file.txt"
-lines $'caf\351' '\r\n' >"$out/latin-1.txt"
-lines $'Stra\337e \341' '\r\n' >"$out/latin-1-low.txt"
-lines $'caf\303\251' '\n' >"$out/utf-8-two-bytes.txt"
-lines $'ten \342\202\254' '\n' >"$out/utf-8-three-bytes.txt"
-lines $'caf\202' '\r\n' >"$out/code-page-437.txt"
-{ printf '\377\376'; lines 'words' '\n' | iconv -t UTF-16LE; } >"$out/utf-16-little-endian.txt"
-{ printf '\376\377'; lines 'words' '\n' | iconv -t UTF-16BE; } >"$out/utf-16-big-endian.txt"
 long=$(seq -s ' ' 1 60)
-lines "$long" '\r\n' >"$out/dos-long-lines.txt"
-lines "$long" '\n' >"$out/unix-long-lines.txt"
-lines 'words' '\n' | gzip -n >"$out/unix.txt.gz"
-web_page() {
-  printf '<!DOCTYPE html>\n<html><head><title>%s</title></head>\n<body><p>%s</p></body></html>\n' "$@"
-}
-web_page 'A page' 'Of one paragraph.' >"$out/unix.html"
-web_page 'A page' $'Of one paragraph, for 3 \342\202\254.' >"$out/euro.html"
-web_page $'\343\203\232\343\203\274\343\202\270' '' | iconv -f UTF-8 -t ISO-2022-JP \
-  >"$out/iso-2022-jp.html"
-echo 'ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAABAgMEBQYHCAkKCwwNDg8QERITFBUWFxgZGhscHR4f someone@here' \
-  >"$out/id_ed25519.pub"
+lines 'plain words' '\n' >made/unix.txt
+lines 'plain words' '\r\n' >made/dos.txt
+lines 'plain words' '\r' >made/mac.txt
+lines $'caf\351' '\r\n' >made/latin-1.txt
+lines $'ten \342\202\254' '\n' >made/utf-8.txt
+lines "$long" '\r\n' >made/dos-long-lines.txt
+lines "$long" '\n' >made/unix-long-lines.txt
+{ printf '\377\376'; lines 'words' '\n' | iconv -t UTF-16LE; } >made/utf-16-little-endian.txt
+{ printf '\376\377'; lines 'words' '\n' | iconv -t UTF-16BE; } >made/utf-16-big-endian.txt
+lines 'words' '\n' | gzip -n >made/unix.txt.gz
+printf '<!DOCTYPE html>\n<title>\343\203\232\343\203\274\343\202\270</title>\n' |
+  iconv -f UTF-8 -t ISO-2022-JP >made/iso-2022-jp.html
 
-[ -z "$(find "$out" -empty)" ]
-mv "$out"/* "$folder"
+[ -z "$(find made -empty)" ]
+mv made/* "$folder"
