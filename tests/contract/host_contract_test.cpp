@@ -141,8 +141,9 @@ TEST(HostStorage, ReadsClassIdentifiersInText) {
   EXPECT_EQ(CLSIDFromString(L"{DE14F420-AC1C-11CE-BE26-DB67235E2689}", &classId), S_OK);
   EXPECT_EQ(std::memcmp(&classId, &CLASS, sizeof classId), 0);
   EXPECT_EQ(CLSIDFromString(L"{de14f420-ac1c-11ce-be26-db67235e2689}", &classId), S_OK);
-  for (const wchar_t* text : {L"{DE14F420-AC1C-11CE-BE26-DB67235E268}", L"{}",
-                              L"{GE14F420-AC1C-11CE-BE26-DB67235E2689}"}) {
+  for (const wchar_t* text :
+       {L"{DE14F420-AC1C-11CE-BE26-DB67235E268}", L"(DE14F420-AC1C-11CE-BE26-DB67235E2689)",
+        L"{GE14F420-AC1C-11CE-BE26-DB67235E2689}"}) {
     EXPECT_NE(CLSIDFromString(text, &classId), S_OK) << text;
   }
 }

@@ -194,8 +194,9 @@ TEST_F(Posix, LooksForModulesBesideItselfOnly) {
 }
 
 TEST_F(Posix, TakesAPathWithoutExtensionForAModule) {
-  fs::copy_file(TEST_MODULE_FILE, folder_.path() / "Some.so");
-  for (const char* name : {"Some", "Some.so"}) {
+  fs::create_directory(folder_.path() / "a.b");
+  fs::copy_file(TEST_MODULE_FILE, folder_.path() / "a.b" / "Some.so");
+  for (const char* name : {"a.b/Some", "a.b/Some.so"}) {
     const std::wstring path = Wide(name);
     TvnUtils::TvnLibrary library{TvnPlatform::TvnStringT<wchar_t>(path.c_str())};
     EXPECT_TRUE(library.Load()) << name;

@@ -24,28 +24,6 @@ Lines LinesOf(const std::string& text, std::size_t capacity) {
   return lines;
 }
 
-TEST(TextLines, AreCutAtLineEndsAndAtTheCapacity) {
-  EXPECT_EQ(LinesOf("", 4), Lines{});
-  EXPECT_EQ(LinesOf("\r\n\n\r", 4), Lines{});
-  EXPECT_EQ(LinesOf("\nab\r\n\ncd\re", 4), (Lines{"ab", "cd", "e"}));
-  EXPECT_EQ(LinesOf("abc\nd", 4), (Lines{"abc", "d"}));
-  EXPECT_EQ(LinesOf("abcd\ne", 4), (Lines{"abcd", "e"}));
-  EXPECT_EQ(LinesOf("abcd\r\ne", 4), (Lines{"abcd", "e"}));
-  EXPECT_EQ(LinesOf("abcde", 4), (Lines{"abcd"}));
-  EXPECT_EQ(LinesOf("abcdefghijk", 4), (Lines{"abcd", "fghi", "k"}));
-  EXPECT_EQ(LinesOf("abcde\nfg", 4), (Lines{"abcd", "fg"}));
-  EXPECT_EQ(LinesOf(Bytes("\0b\na\0cdef\xFF\xFF"), 4), (Lines{"", "a", "f\xFF\xFF"}));
-}
-
-TEST(TextLines, TheLastLineStaysAtTheEnd) {
-  TextLineReader reader("ab\n", 4);
-  std::string_view line;
-  EXPECT_TRUE(reader.ReadTextLine(&line));
-  EXPECT_FALSE(reader.ReadTextLine(&line));
-  EXPECT_FALSE(reader.ReadTextLine(&line));
-  EXPECT_EQ(line, "ab");
-}
-
 // Skipping to each mark must find the lines with marks that reading every line finds.
 TEST(TextLines, SkippingFindsTheLinesThatReadingFinds) {
   std::mt19937 random(2);
