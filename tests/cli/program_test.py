@@ -14,6 +14,7 @@ import json
 import os
 import pty
 import random
+import re
 import shlex
 import shutil
 import signal
@@ -91,32 +92,19 @@ class Transcript(InTemporaryFolder):
             listener.bind("socket")
 
     def test_transcript(self):
-        for command, output, messages, status in self.commands():
+        with open(os.path.join(HERE, "transcript.txt"), encoding="utf-8") as file:
+            text = re.sub(r"^(#.*)?\n", "", file.read(), flags=re.MULTILINE)
+        for block in re.split(r"^\$ ", text, flags=re.MULTILINE)[1:]:
+            command, expected = block.split("\n", 1)
             with self.subTest(command):
                 words = shlex.split(command)[1:]
                 redirected = words and words[-1].startswith("<")
                 stdin = os.open(words.pop()[1:] if redirected else os.devnull, os.O_RDONLY)
                 result = run(*words, stdin=stdin)
                 os.close(stdin)
-                self.assertEqual(result.stdout.decode().replace("\r\n", "\n"), output)
-                self.assertEqual(result.stderr.decode(), messages)
-                self.assertEqual(result.returncode, status)
-
-    @staticmethod
-    def commands():
-        with open(os.path.join(HERE, "transcript.txt"), encoding="utf-8") as file:
-            lines = [line for line in file if line.strip() and not line.startswith("#")]
-        found = []
-        for line in lines:
-            if line.startswith("$ "):
-                found.append([line[2:].strip(), "", "", 0])
-            elif line.startswith("! "):
-                found[-1][2] += line[2:]
-            elif line.startswith("? "):
-                found[-1][3] = int(line[2:])
-            else:
-                found[-1][1] += line
-        return found
+                said = "".join("! " + line for line in result.stderr.decode().splitlines(True))
+                said += f"? {result.returncode}\n" if result.returncode else ""
+                self.assertEqual(said + result.stdout.decode().replace("\r\n", "\n"), expected)
 
 
 HOSTILE = [b"new\nline.gif", b"\x1b[31mred.gif", b"tab\tbed.gif", b'quo"ted.gif', b"com,ma.gif",
