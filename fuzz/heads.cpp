@@ -14,40 +14,30 @@ namespace {
 
 constexpr typescout::FilterId REQUESTED[] = {0, 0x0503, 0x0509, 0x0519, 0x0535};
 
-// The filter of the first row that says yes, asked one by one.
-typescout::FilterId AskEveryRow(const std::uint8_t* head, std::int32_t length,
-                                typescout::FilterId requested) {
-  typescout::FileContext file;
-  file.requestedFilterId = requested;
-  const typescout::ProbeContext probe = {.head = head,
-                                         .headLength = length,
-                                         .path = nullptr,
-                                         .classId = {},
-                                         .storage = nullptr,
-                                         .file = &file};
-  typescout::FilterId first = 0;
-  for (const typescout::DetectorEntry& row : typescout::DetectorRegistry) {
-    if (row.detect(&probe) != 0 && first == 0) first = row.filterId;
-  }
-  return first;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   memory_host::Reset();
-  const typescout::FilterId requested = REQUESTED[data[0] % std::size(REQUESTED)];
+  typescout::FileContext file;
+  file.requestedFilterId = REQUESTED[data[0] % std::size(REQUESTED)];
   const auto length = static_cast<std::int32_t>(size - 1);
-  const typescout::FilterId first = AskEveryRow(data + 1, length, requested);
-
+  const typescout::ProbeContext probe = {.head = data + 1,
+                                         .headLength = length,
+                                         .path = nullptr,
+                                         .classId = {},
+                                         .storage = nullptr,
+                                         .file = &file};
+  // The filter of the first row that says yes, asked one by one.
+  typescout::FilterId first = 0;
   std::vector<int> ids;
   for (const typescout::DetectorEntry& row : typescout::DetectorRegistry) {
     ids.push_back(row.filterId);
+    if (row.detect(&probe) != 0 && first == 0) first = row.filterId;
   }
   const int scanned =
       CheckFiltersFromIDList(nullptr, ids.data(), static_cast<int>(ids.size()), length,
-                             const_cast<std::uint8_t*>(data + 1), requested);
+                             const_cast<std::uint8_t*>(data + 1), file.requestedFilterId);
   // The rows by their identifiers: those of a detector that answers several come out as asked.
   if (scanned != first || memory_host::TheMachine().OpenObjects() != 0) std::abort();
   return 0;

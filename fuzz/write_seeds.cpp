@@ -1,5 +1,4 @@
 // write_seeds FOLDER: the samples as seeds for the fuzz targets, one folder a target below FOLDER.
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -19,10 +18,7 @@ void Write(const std::filesystem::path& file, const std::string& bytes) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: write_seeds FOLDER\n");
-    return 64;
-  }
+  if (argc != 2) return 64;
   const std::filesystem::path folder = argv[1];
   // What the targets read before the file itself: no wish and a plain name, nothing put in between.
   const std::string noWish(1, '\0');

@@ -100,21 +100,11 @@ icotool --create --cursor --hotspot-x=3 --hotspot-y=4 --output=made/by-icotool.c
 
 # ---- PostScript, PDF and printers ----------------------------------------------------------------
 
-cat >page.ps <<'PS'
-%!PS-Adobe-3.0
-%%BoundingBox: 0 0 200 100
-%%EndComments
-/Helvetica findfont 24 scalefont setfont
-10 40 moveto (An ordinary page) show
-5 5 190 90 rectstroke
-showpage
-%%EOF
-PS
 for device in ps2write:job.ps eps2write:encapsulated.eps pdfwrite:page.pdf xcf:layer.xcf \
   psdrgb:by-ghostscript.psd pcx256:by-ghostscript.pcx tiffg4:by-ghostscript.tif \
   pxlmono:laser.pxl ljet4:laser.pcl epson:dots.prn; do
   gs -q -dBATCH -dNOPAUSE -dSAFER -r60 "-sDEVICE=${device%:*}" "-sOutputFile=made/${device#*:}" \
-    page.ps
+    made/by-netpbm.ps
 done
 for format in eps ps pdf svg dxf; do
   potrace --backend "$format" --output "made/by-potrace.$format" shape.pbm

@@ -1,16 +1,20 @@
-// Our use of the system: which files are opened, and where modules are looked for.
+// Our use of the system: which files are opened, however their paths are written, and where modules
+// are looked for.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "host/config.h"
 #include "host/library.h"
 #include "host/owners.h"
-#include "host/path.h"
+#include "tests/samples/sample.h"
 #include "tests/support/temp_folder.h"
 #include "tests/windows/other_program.h"
+#include "typescout/typescout.h"
 
 namespace typescout::tests {
 namespace {
@@ -19,31 +23,37 @@ namespace fs = std::filesystem;
 using TvnPlatform::TvnStringT;
 using TvnUtils::TvnLibrary;
 
+const fs::path OUR_FOLDER = fs::path(TESTS_FOLDER);
+
+std::wstring WithSlashes(std::wstring path) {
+  std::replace(path.begin(), path.end(), L'\\', L'/');
+  return path;
+}
+
 bool Opens(const fs::path& path) { return FileOwner().Open(path.c_str()); }
 
 TEST(WindowsFile, OpensOnlyFilesOnDisk) {
   const TempFolder folder;
-  const fs::path drive = folder.path().root_name();
-  const WaitingPipe pipe(L"\\\\.\\pipe\\typescout-test");
+  const std::wstring pipeName = L"\\\\.\\pipe\\typescout-test";
+  const Held pipe = HoldPipe(pipeName.c_str());
   EXPECT_TRUE(Opens(folder.Write("a file", "content")));
-  EXPECT_FALSE(Opens(folder.path())) << "a folder";
-  EXPECT_FALSE(Opens(folder.path() / "")) << "a folder, with a separator";
-  EXPECT_FALSE(Opens("NUL")) << "the device that swallows everything";
-  EXPECT_FALSE(Opens(L"\\\\.\\pipe\\typescout-test")) << "a pipe";
-  EXPECT_FALSE(Opens(L"\\\\.\\" + drive.wstring())) << "a drive";
-  EXPECT_FALSE(Opens(L"\\\\.\\PhysicalDrive0")) << "a disk";
-  EXPECT_FALSE(Opens(L"\\\\server.invalid\\share\\file")) << "a machine that is not there";
+  const std::wstring drive = L"\\\\.\\" + folder.path().root_name().wstring();
+  for (const std::wstring& other :
+       {folder.path().wstring(), (folder.path() / "").wstring(), std::wstring(L"NUL"), pipeName,
+        drive, std::wstring(L"\\\\.\\PhysicalDrive0"),
+        std::wstring(L"\\\\server.invalid\\share\\file")}) {
+    EXPECT_FALSE(Opens(other)) << other;
+  }
 }
 
 // Whoever works on a file goes on as if nobody looked.
 TEST(WindowsFile, IsNobodyElsesBusiness) {
   const TempFolder folder;
   const fs::path path = folder.Write("written", "0123456789");
-  const HeldFile writer(path, ALL, ALL);
+  const Held writer = HoldFile(path, ALL, ALL);
   FileOwner file;
   ASSERT_TRUE(file.Open(path.c_str()));
-  const HeldFile another(path, ALL, ALL);
-  EXPECT_TRUE(another.IsHeld()) << "for writing and deleting";
+  EXPECT_NE(HoldFile(path, ALL, ALL), nullptr) << "for writing and deleting";
   EXPECT_TRUE(fs::remove(path));
   char bytes[10];
   EXPECT_EQ(file->Read(bytes, 10), 10u);
@@ -62,86 +72,102 @@ TEST(WindowsFile, ReadsBeyondFourGigabytes) {
   EXPECT_TRUE(file.SeekTo(FOUR_GIGABYTES));
   EXPECT_EQ(file->Read(bytes, 8), 3u);
   EXPECT_EQ(std::string(bytes, 8), std::string("\0\0\0xxxx\0", 8));
-  EXPECT_EQ(file->Read(bytes, 1), 0u);
   EXPECT_FALSE(file.SeekTo(FOUR_GIGABYTES + 4));
 }
 
-bool Loads(const fs::path& name) {
-  TvnLibrary library((TvnStringT<wchar_t>(name.c_str())));
-  return library.Load() && library.GetSymbol("Answer") != nullptr;
+constexpr int PNG = 0x0322;
+const std::string PNG_BYTES = Bytes("\x89PNG\r\n\x1A\n");
+
+TEST(WindowsModule, TakesPathsAsWindowsWritesThem) {
+  const TempFolder folder;
+  const std::wstring plain = folder.Write("sea.png", PNG_BYTES).wstring();
+  const std::wstring wave = folder.Write(L"\U0001F30A\u00FC\u6D77.png", PNG_BYTES).wstring();
+  fs::current_path(folder.path());
+  for (const std::wstring& path :
+       {plain, wave, WithSlashes(wave), L"\\\\?\\" + wave, std::wstring(L"sea.png"),
+        plain.substr(0, 2) + L"sea.png", plain.substr(2)}) {
+    EXPECT_EQ(TypeScoutFile(path.c_str()), PNG) << path;
+  }
+  // A stream of the file, a machine that is not there, and of two names a half.
+  for (const wchar_t* path :
+       {L"sea.png:stream", L"\\\\server.invalid\\share\\sea.png", L"\\\\", L"\xD83C.png"}) {
+    EXPECT_EQ(TypeScoutFile(path), 0) << path;
+  }
+  fs::current_path(OUR_FOLDER);  // so that the other one can go
 }
 
-// Goes to a folder, puts it on PATH too, and comes back.
-class WorkingIn {
- public:
-  explicit WorkingIn(const fs::path& folder) {
-    fs::current_path(folder);
-    _wputenv((L"PATH=" + folder.wstring()).c_str());
+TEST(WindowsModule, Takes259Units) {
+  const TempFolder folder;
+  for (const std::size_t length : {259u, 260u}) {
+    // The name's last character takes two units, so that the limit is one of units.
+    std::wstring path = folder.path().wstring() + L'\\';
+    path += std::wstring(length - path.size() - 2, L'n') + L"\U0001F30A";
+    const fs::path unlimited = L"\\\\?\\" + path;
+    std::ofstream(unlimited, std::ios::binary) << PNG_BYTES;
+    ASSERT_EQ(fs::file_size(unlimited), PNG_BYTES.size());
+    EXPECT_EQ(TypeScoutFile(path.c_str()), length == 259 ? PNG : 0);
   }
-  WorkingIn(const WorkingIn&) = delete;
-  WorkingIn& operator=(const WorkingIn&) = delete;
-  ~WorkingIn() {
-    fs::current_path(before_);
-    _wputenv((L"PATH=" + path_).c_str());
-  }
+}
 
- private:
-  fs::path before_ = fs::current_path();
-  std::wstring path_ = _wgetenv(L"PATH");
-};
+TEST(WindowsModule, LooksAtTheCallersBytesWhenTheFileIsDenied) {
+  const TempFolder folder;
+  const fs::path path = folder.Write("denied", "no picture");
+  const auto ask = [&path] {
+    int ids[] = {PNG};
+    std::string bytes = PNG_BYTES;
+    return CheckFiltersFromIDList(path.c_str(), ids, 1, static_cast<int>(bytes.size()),
+                                  reinterpret_cast<unsigned char*>(bytes.data()), 0);
+  };
+  EXPECT_EQ(ask(), 0);
+  const Held held = HoldFile(path, READS, WRITES);
+  EXPECT_EQ(ask(), PNG);
+}
 
-// A copy that goes with the scope.
-class Copy {
- public:
-  Copy(const fs::path& from, const fs::path& to) : path_(to) {
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing);
-  }
-  Copy(const Copy&) = delete;
-  Copy& operator=(const Copy&) = delete;
-  ~Copy() { fs::remove(path_); }
+bool Loads(const fs::path& name, const char* symbol = "Answer") {
+  TvnLibrary library((TvnStringT<wchar_t>(name.c_str())));
+  return library.Load() && library.GetSymbol(symbol) != nullptr;
+}
 
- private:
-  fs::path path_;
-};
-
-const fs::path OUR_FOLDER = fs::path(TESTS_FOLDER);
-const fs::path PLUGIN = OUR_FOLDER / "plugin.dll";
+// Lays the tests' own module there.
+fs::path PutPlugin(const fs::path& path) {
+  fs::copy_file(OUR_FOLDER / "plugin.dll", path, fs::copy_options::overwrite_existing);
+  return path;
+}
 
 TEST(WindowsLibrary, IsLookedForBesideUsAndInTheSystem) {
   const TempFolder elsewhere;
-  const Copy copy(PLUGIN, elsewhere.path() / "typescout_other.dll");
-  const WorkingIn there(elsewhere.path());
+  const fs::path other = PutPlugin(elsewhere.path() / "typescout_other.dll");
+  fs::current_path(elsewhere.path());
+  const std::wstring searched = _wgetenv(L"PATH");
+  _wputenv((L"PATH=" + elsewhere.path().wstring()).c_str());
   EXPECT_FALSE(Loads("typescout_other")) << "in the current folder and along PATH";
   EXPECT_FALSE(Loads("typescout_other.dll"));
   {
-    const LoadedModule loaded(elsewhere.path() / "typescout_other.dll");
-    ASSERT_TRUE(loaded.IsLoaded());
+    const Held loaded = HoldModule(other);
+    ASSERT_NE(loaded, nullptr);
     EXPECT_FALSE(Loads("typescout_other")) << "loaded by the program from elsewhere";
   }
-  const Copy beside(PLUGIN, OUR_FOLDER / "typescout_other.dll");
+  const fs::path beside = PutPlugin(OUR_FOLDER / "typescout_other.dll");
   EXPECT_TRUE(Loads("typescout_other"));
   EXPECT_TRUE(Loads("typescout_other.dll"));
-
-  TvnLibrary system(TvnStringT<wchar_t>(L"version"));
-  EXPECT_TRUE(system.Load());
-  EXPECT_NE(system.GetSymbol("GetFileVersionInfoSizeW"), nullptr);
+  fs::remove(beside);
+  fs::current_path(OUR_FOLDER);
+  _wputenv((L"PATH=" + searched).c_str());
+  EXPECT_TRUE(Loads("version", "GetFileVersionInfoSizeW")) << "the system's";
 }
 
 TEST(WindowsLibrary, IsTakenFromWhereAPathSays) {
   const TempFolder folder;
-  fs::create_directories(folder.path() / "with.dot");
-  const Copy copy(PLUGIN, folder.path() / "with.dot" / "filter.dll");
-  const Copy odd(PLUGIN, folder.path() / "with.dot" / "filter.flt");
+  folder.Write("with.dot/damaged.dll", "MZ and nothing more");
   const std::wstring path = (folder.path() / "with.dot" / "filter").wstring();
-  std::wstring slashes = path;
-  for (wchar_t& c : slashes) c = c == L'\\' ? L'/' : c;
+  PutPlugin(path + L".dll");
+  PutPlugin(path + L".flt");
   EXPECT_TRUE(Loads(path)) << "the dot of a folder is no extension";
-  EXPECT_TRUE(Loads(slashes));
+  EXPECT_TRUE(Loads(WithSlashes(path)));
   EXPECT_TRUE(Loads(path + L".flt"));
   EXPECT_FALSE(Loads(path + L".other"));
-  EXPECT_FALSE(Loads(""));
   EXPECT_FALSE(Loads(folder.path()));
-  EXPECT_FALSE(Loads(folder.Write("damaged.dll", "MZ and nothing more")));
+  EXPECT_FALSE(Loads(folder.path() / "with.dot" / "damaged.dll"));
 }
 
 TEST(WindowsConfig, TellsTheFolderOfFilters) {
@@ -151,17 +177,6 @@ TEST(WindowsConfig, TellsTheFolderOfFilters) {
   _wputenv((L"TVN_FILTERS_DIR=" + LONG_ONE).c_str());
   EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), LONG_ONE);
   _wputenv(L"TVN_FILTERS_DIR=");
-}
-
-TEST(WindowsPath, GivesExtensionsInUpperCase) {
-  const auto upper = [](const wchar_t* path) {
-    return std::wstring(SystemIO::Path::GetUpperExtension(path).View());
-  };
-  EXPECT_EQ(upper(L"C:\\pictures.old\\sea.view.Cr2"), L".CR2");
-  EXPECT_EQ(upper(L"c:/pictures.old/sea"), L"");
-  EXPECT_EQ(upper(L"sea.\u00FCz\U0001F30A"), L".\u00FCZ\U0001F30A") << "ASCII letters only";
-  EXPECT_EQ(upper(L"sea."), L".");
-  EXPECT_EQ(upper(L""), L"");
 }
 
 }  // namespace

@@ -6,15 +6,11 @@
 namespace typescout::tests {
 namespace {
 
-DWORD Rights(Access access) {
-  return ((access & READS) != 0 ? GENERIC_READ : 0) | ((access & WRITES) != 0 ? GENERIC_WRITE : 0) |
-         ((access & DELETES) != 0 ? DELETE : 0);
-}
+static_assert(READS == FILE_SHARE_READ && WRITES == FILE_SHARE_WRITE &&
+              DELETES == FILE_SHARE_DELETE);
 
-DWORD Sharing(Access access) {
-  return ((access & READS) != 0 ? FILE_SHARE_READ : 0) |
-         ((access & WRITES) != 0 ? FILE_SHARE_WRITE : 0) |
-         ((access & DELETES) != 0 ? FILE_SHARE_DELETE : 0);
+Held HoldHandle(HANDLE handle) {
+  return {handle == INVALID_HANDLE_VALUE ? nullptr : handle, [](void* held) { CloseHandle(held); }};
 }
 
 constexpr DWORD NEW_FOR_WRITING = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
@@ -30,31 +26,28 @@ bool WriteStream(IStorage* storage, const std::wstring& name, const std::string&
 
 }  // namespace
 
-HeldFile::HeldFile(const std::filesystem::path& path, Access what, Access others)
-    : handle_(CreateFileW(path.c_str(), Rights(what), Sharing(others), nullptr, OPEN_EXISTING, 0,
-                          nullptr)) {}
-HeldFile::~HeldFile() {
-  if (IsHeld()) CloseHandle(handle_);
+Held HoldFile(const std::filesystem::path& path, Access what, Access others) {
+  const DWORD rights = ((what & READS) != 0 ? GENERIC_READ : 0) |
+                       ((what & WRITES) != 0 ? GENERIC_WRITE : 0) |
+                       ((what & DELETES) != 0 ? DELETE : 0);
+  return HoldHandle(CreateFileW(path.c_str(), rights, others, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-bool HeldFile::IsHeld() const { return handle_ != INVALID_HANDLE_VALUE; }
-
-bool HeldFile::Lock(std::uint32_t first, std::uint32_t count) const {
+bool Lock(const Held& file, std::uint32_t first, std::uint32_t count) {
   OVERLAPPED at = {};
   at.Offset = first;
   constexpr DWORD AT_ONCE = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
-  return LockFileEx(handle_, AT_ONCE, 0, count, 0, &at) != 0;
+  return LockFileEx(file.get(), AT_ONCE, 0, count, 0, &at) != 0;
 }
 
-WaitingPipe::WaitingPipe(const wchar_t* name)
-    : handle_(CreateNamedPipeW(name, PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 0, 0, 0,
-                               nullptr)) {}
-WaitingPipe::~WaitingPipe() { CloseHandle(handle_); }
+Held HoldPipe(const wchar_t* name) {
+  return HoldHandle(
+      CreateNamedPipeW(name, PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 0, 0, 0, nullptr));
+}
 
-LoadedModule::LoadedModule(const std::filesystem::path& path)
-    : module_(LoadLibraryW(path.c_str())) {}
-LoadedModule::~LoadedModule() {
-  if (IsLoaded()) FreeLibrary(static_cast<HMODULE>(module_));
+Held HoldModule(const std::filesystem::path& path) {
+  return {LoadLibraryW(path.c_str()),
+          [](void* module) { FreeLibrary(static_cast<HMODULE>(module)); }};
 }
 
 std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_t mode) {
@@ -68,12 +61,9 @@ bool WriteDocument(const std::filesystem::path& path, const std::wstring& rootCl
                    const std::map<std::wstring, std::string>& streams) {
   IStorage* storage = nullptr;
   if (StgCreateDocfile(path.c_str(), NEW_FOR_WRITING, 0, &storage) != S_OK) return false;
-  bool isWritten = true;
-  if (!rootClass.empty()) {
-    CLSID id = {};
-    isWritten =
-        CLSIDFromString(rootClass.c_str(), &id) == S_OK && WriteClassStg(storage, id) == S_OK;
-  }
+  CLSID id = {};
+  bool isWritten = rootClass.empty() || (CLSIDFromString(rootClass.c_str(), &id) == S_OK &&
+                                         WriteClassStg(storage, id) == S_OK);
   for (const auto& [name, content] : streams) {
     isWritten = WriteStream(storage, name, content) && isWritten;
   }

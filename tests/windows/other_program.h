@@ -6,58 +6,27 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace typescout::tests {
 
-enum Access : std::uint32_t { NOTHING = 0, READS = 1, WRITES = 2, DELETES = 4 };
-constexpr Access operator|(Access a, Access b) {
-  return static_cast<Access>(static_cast<std::uint32_t>(a) | b);
-}
-inline constexpr Access ALL = READS | WRITES | DELETES;
+// What another program holds until the end of the scope; null when the system refused it.
+using Held = std::unique_ptr<void, void (*)(void*)>;
 
-// A file that another program holds open, for `what`, while it allows everybody else `others`.
-class HeldFile {
- public:
-  HeldFile(const std::filesystem::path& path, Access what, Access others);
-  HeldFile(const HeldFile&) = delete;
-  HeldFile& operator=(const HeldFile&) = delete;
-  ~HeldFile();
+enum Access : std::uint32_t { NOTHING = 0, READS = 1, WRITES = 2, DELETES = 4, ALL = 7 };
 
-  // False when somebody else denies it.
-  bool IsHeld() const;
-  // Whether these bytes are now nobody else's to read.
-  bool Lock(std::uint32_t first, std::uint32_t count) const;
+// A file, open for `what`, while everybody else is allowed `others`.
+Held HoldFile(const std::filesystem::path& path, Access what, Access others);
 
- private:
-  void* handle_;
-};
+// Whether these bytes of the file are now nobody else's to read.
+bool Lock(const Held& file, std::uint32_t first, std::uint32_t count);
 
 // A pipe that waits for somebody to open it.
-class WaitingPipe {
- public:
-  explicit WaitingPipe(const wchar_t* name);
-  WaitingPipe(const WaitingPipe&) = delete;
-  WaitingPipe& operator=(const WaitingPipe&) = delete;
-  ~WaitingPipe();
-
- private:
-  void* handle_;
-};
+Held HoldPipe(const wchar_t* name);
 
 // A module of the loader's, from this very path.
-class LoadedModule {
- public:
-  explicit LoadedModule(const std::filesystem::path& path);
-  LoadedModule(const LoadedModule&) = delete;
-  LoadedModule& operator=(const LoadedModule&) = delete;
-  ~LoadedModule();
-
-  bool IsLoaded() const { return module_ != nullptr; }
-
- private:
-  void* module_;
-};
+Held HoldModule(const std::filesystem::path& path);
 
 // What the system answers to opening the compound document in this mode.
 std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_t mode);
