@@ -215,7 +215,7 @@ TEST_F(IllustratorPdf, IsAskedWithTheRecordThatTheModuleKnows) {
 TEST_F(IllustratorPdf, ReleasesTheStringsThatTheModuleLeaves) {
   theModule.insert = [](AINativeDataQuery* query) {
     ModuleSetNode* const sentinel = PartsOf(query).sentinel;
-    for (const std::size_t size : {7, 8, 0, 46, 2, 36, 47, 1}) {
+    for (const std::size_t size : {7U, 8U, 0U, 46U, 2U, 36U, 47U, 1U}) {
       ModuleSetNode** link = &sentinel->parent;
       while ((*link)->isNil == 0) {
         link = size < (*link)->value.size ? &(*link)->left : &(*link)->right;
