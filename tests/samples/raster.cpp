@@ -136,6 +136,7 @@ std::vector<Sample> SignatureSamples() {
       {"PE with an offset above 65,535", DetectExecutableResource, Executable(Bytes("\x80\0\1\0"), 128, Bytes("PE\0\0")), YES},
       {"PE at a high offset", DetectExecutableResource, Executable(Bytes("\0\2"), 512, "PE"), YES},
       {"PE with a third letter", DetectExecutableResource, Executable("\x80", 128, "PEx"), NO},
+      {"executable without a new header", DetectExecutableResource, PadTo(64, Executable("\x40", 61, "")), NO},
       {"executable called ZM", DetectExecutableResource, Patch(Executable("\x80", 128, "PE"), 0, "ZM"), NO},
       {"NE for Windows 3.0", DetectExecutableResource, NewExecutable(2, Bytes("\0\3")), YES},
       {"NE for Windows 3.10", DetectExecutableResource, NewExecutable(2, Bytes("\x0A\3")), YES},
