@@ -222,11 +222,11 @@ class Tree(InTemporaryFolder):
             os.mkdir(name)
             os.chdir(name)
             self.deepest += "/" + name
-            # What is reached by its folder still has its extension; a name may be too long for that.
+            # What is reached by its folder still has its extension.
             for leaf in "deep.ico", "n" * 236 + ".ico":
                 write(leaf, ICON)
                 self.expected[f"{self.deepest}/{leaf}"] = ["tga", "icon"]
-        leaf = "n" * 251 + ".ico"
+        leaf = "n" * 251 + ".ico"  # too long for that
         write(leaf, ICON)
         self.expected[f"{self.deepest}/{leaf}"] = ["unreadable", None]
         os.chdir(self.folder)

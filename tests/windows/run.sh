@@ -15,9 +15,11 @@ cmake --build "$build"
 cmake/wine.sh "$PWD/$build/wine" wineboot --init >build/wine.log 2>&1
 ctest --test-dir "$build" --output-on-failure --timeout 300
 
-# Documents that the system's own functions wrote, in the tests, have the same answers there and here.
+# The documents that the tests wrote by the system's own functions have the same answers there and
+# here.
 documents=$build/documents
-cmake/wine.sh "$PWD/$build/wine" "$build/answers.exe" "$documents" | tr -d '\r' >"$build/answers.txt"
+cmake/wine.sh "$PWD/$build/wine" "$build/answers.exe" "$documents" |
+  tr -d '\r' >"$build/answers.txt"
 cmake --preset dev >build/dev.log
 cmake --build build/dev --target answers
 build/dev/tests/answers "$documents" | diff "$build/answers.txt" -
