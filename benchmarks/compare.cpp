@@ -26,6 +26,8 @@ namespace {
 constexpr int ROUNDS = 5;
 constexpr std::size_t HEAD = 50'000;
 
+constexpr int ALL_TEXT_ROWS = 5;
+
 struct File {
   std::string path;
   std::wstring wide;
@@ -34,14 +36,13 @@ struct File {
 
 // They stand next to each other, behind nearly all others.
 int TextRowsAsked(int answer) {
-  constexpr int ALL = 5;
   switch (answer) {
     case 0x0903:
       return 1;
     case 0x0901:
       return 2;
     case 0:
-      return ALL;
+      return ALL_TEXT_ROWS;
     default:
       return 0;
   }
@@ -88,6 +89,24 @@ void Print(const char* name, std::vector<double> times, const char* end) {
   std::printf("]}%s", end);
 }
 
+// The files that were asked about `atLeast` to `atMost` text rows: how many, and the mean of each
+// way's times.
+void PrintGroup(const char* name, const std::vector<File>& files, int atLeast, int atMost,
+                const std::vector<std::pair<const char*, const std::vector<double>*>>& ways,
+                const char* end) {
+  const auto isInGroup = [=](const File& file) {
+    return file.textRows >= atLeast && file.textRows <= atMost;
+  };
+  const auto count = std::count_if(files.begin(), files.end(), isInGroup);
+  std::printf("\"%s\": {\"files\": %td", name, count);
+  for (const auto& [way, times] : ways) {
+    double sum = 0;
+    for (std::size_t i = 0; i < files.size(); ++i) sum += isInGroup(files[i]) ? (*times)[i] : 0;
+    std::printf(", \"%s\": %.3f", way, sum / static_cast<double>(std::max<long>(count, 1)));
+  }
+  std::printf("}%s", end);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -126,6 +145,12 @@ int main(int argc, char** argv) {
   Print("floor", floor, ", ");
   Print("asked", asked, ", ");
   Print("typescout", scout, ", ");
-  Print("libmagic", other, "}\n");
+  Print("libmagic", other, ", ");
+  const std::vector<std::pair<const char*, const std::vector<double>*>> ways = {
+      {"floor", &floor}, {"asked", &asked}, {"typescout", &scout}, {"libmagic", &other}};
+  std::printf("\"groups\": {");
+  PrintGroup("known by their heads", files, 0, 0, ways, ", ");
+  PrintGroup("text", files, 1, ALL_TEXT_ROWS - 1, ways, ", ");
+  PrintGroup("recognised by nobody", files, ALL_TEXT_ROWS, ALL_TEXT_ROWS, ways, "}}\n");
   return 0;
 }

@@ -67,6 +67,11 @@ def main():
         row = compare[name]
         text.append(f"| {name}: {WHAT[name]} | {row['mean']:.1f} | {row['median']:.1f} | "
                     f"{row['p99']:.1f} | {row['max']:.1f} | {row['mean'] / means['floor']:.2f} |")
+    text += ["", "By what the files are, the mean cost as a multiple of the floor's:", "",
+             "| | files | asked | typescout | libmagic |", "| --- | ---: | ---: | ---: | ---: |"]
+    for group, of in compare["groups"].items():
+        multiples = " | ".join(f"{of[way] / of['floor']:.1f}" for way in ("asked", "typescout", "libmagic"))
+        text.append(f"| {group} | {of['files']:,} | {multiples} |")
     text += ["", f"libmagic takes {means['libmagic'] / means['typescout']:.0f} times as long as "
              "TypeScout. Of TypeScout's time, "
              f"{100 * means['asked'] / means['typescout']:.0f} % are the looks at the file: the head, "
