@@ -1,7 +1,7 @@
 // compare LIST: over the files named in LIST (one a line), what a file costs in microseconds:
 //   floor      open, fstat, read of up to 50,000 bytes, close
-//   asked      the looks at the file that its rows are entitled to, and nothing else: what
-//              TypeScoutFile would cost if it took no time of its own
+//   asked      the looks at the file that its rows ask for, and nothing else: what TypeScoutFile
+//              would cost if it took no time of its own
 //   typescout  TypeScoutFile
 //   libmagic   magic_file, its database loaded once
 // They take turns over the whole list, several rounds; each file's fastest round counts, so
@@ -25,7 +25,6 @@ namespace {
 
 constexpr int ROUNDS = 5;
 constexpr std::size_t HEAD = 50'000;
-
 constexpr int ALL_TEXT_ROWS = 5;
 
 struct File {
@@ -64,7 +63,7 @@ void LookAsAsked(const File& file, char* buffer) {
   for (int i = 0; i < file.textRows; ++i) Look(file, buffer, 5'000);
 }
 
-// Runs `look` over all files and keeps each file's fastest time in nanoseconds.
+// Runs `look` over all files and keeps each file's fastest time in microseconds.
 template <typename Look>
 void Round(const std::vector<File>& files, std::vector<double>* fastest, Look look) {
   for (std::size_t i = 0; i < files.size(); ++i) {
@@ -102,7 +101,8 @@ void PrintGroup(const char* name, const std::vector<File>& files, int atLeast, i
   for (const auto& [way, times] : ways) {
     double sum = 0;
     for (std::size_t i = 0; i < files.size(); ++i) sum += isInGroup(files[i]) ? (*times)[i] : 0;
-    std::printf(", \"%s\": %.3f", way, sum / static_cast<double>(std::max<long>(count, 1)));
+    std::printf(", \"%s\": %.3f", way,
+                sum / static_cast<double>(std::max<std::ptrdiff_t>(count, 1)));
   }
   std::printf("}%s", end);
 }
