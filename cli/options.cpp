@@ -10,7 +10,7 @@
 #include "CLI/Config.hpp"
 #include "CLI/Formatter.hpp"
 #include "cli/filter_table.h"
-#include "cli/template.h"
+#include "cli/output/template.h"
 #include "typescout/typescout.h"
 
 namespace typescout::cli {

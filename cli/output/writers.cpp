@@ -1,11 +1,11 @@
-#include "cli/writers.h"
+#include "cli/output/writers.h"
 
 #include <algorithm>
 
-#include "cli/fields.h"
-#include "cli/json.h"
-#include "cli/names.h"
-#include "cli/template.h"
+#include "cli/output/fields.h"
+#include "cli/output/json.h"
+#include "cli/output/names.h"
+#include "cli/output/template.h"
 
 namespace typescout::cli {
 namespace {

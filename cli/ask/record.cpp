@@ -1,4 +1,4 @@
-#include "cli/record.h"
+#include "cli/ask/record.h"
 
 namespace typescout::cli {
 

@@ -1,6 +1,6 @@
 // Threads that work on batches; the batches come back in the order in which they were given.
-#ifndef TYPESCOUT_CLI_WORKERS_H
-#define TYPESCOUT_CLI_WORKERS_H
+#ifndef TYPESCOUT_CLI_ASK_WORKERS_H
+#define TYPESCOUT_CLI_ASK_WORKERS_H
 
 #include <chrono>
 #include <condition_variable>
@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "cli/examiner.h"
+#include "cli/ask/examiner.h"
 
 namespace typescout::cli {
 
@@ -67,4 +67,4 @@ class Workers {
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_WORKERS_H
+#endif  // TYPESCOUT_CLI_ASK_WORKERS_H

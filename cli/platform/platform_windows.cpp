@@ -1,6 +1,6 @@
 // On Windows paths are UTF-8 in here; a half of a surrogate pair, which names may hold alone, is
 // encoded like any other character.
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 
 #include <windows.h>
 
@@ -12,7 +12,7 @@
 #include <atomic>
 #include <utility>
 
-#include "cli/names.h"
+#include "cli/output/names.h"
 
 namespace typescout::cli::platform {
 namespace {

@@ -1,6 +1,6 @@
 // A file with a list of paths, read piece by piece.
-#ifndef TYPESCOUT_CLI_PATH_LIST_H
-#define TYPESCOUT_CLI_PATH_LIST_H
+#ifndef TYPESCOUT_CLI_INPUT_PATH_LIST_H
+#define TYPESCOUT_CLI_INPUT_PATH_LIST_H
 
 #include <cstddef>
 #include <cstdint>
@@ -38,4 +38,4 @@ class PathList {
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_PATH_LIST_H
+#endif  // TYPESCOUT_CLI_INPUT_PATH_LIST_H

@@ -1,7 +1,7 @@
 // Where inputs come from: the command line, lists of paths, folders that are walked. One at a time,
 // so that memory does not grow with their number.
-#ifndef TYPESCOUT_CLI_INPUT_SOURCE_H
-#define TYPESCOUT_CLI_INPUT_SOURCE_H
+#ifndef TYPESCOUT_CLI_INPUT_INPUT_SOURCE_H
+#define TYPESCOUT_CLI_INPUT_INPUT_SOURCE_H
 
 #include <cstdint>
 #include <functional>
@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "cli/examiner.h"
+#include "cli/ask/examiner.h"
+#include "cli/input/path_list.h"
 #include "cli/options.h"
-#include "cli/path_list.h"
 
 namespace typescout::cli {
 
@@ -62,4 +62,4 @@ class InputSource {
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_INPUT_SOURCE_H
+#endif  // TYPESCOUT_CLI_INPUT_INPUT_SOURCE_H

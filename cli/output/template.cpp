@@ -1,7 +1,7 @@
-#include "cli/template.h"
+#include "cli/output/template.h"
 
-#include "cli/fields.h"
-#include "cli/names.h"
+#include "cli/output/fields.h"
+#include "cli/output/names.h"
 
 namespace typescout::cli {
 namespace {

@@ -1,12 +1,12 @@
 // What every structured output says about a record, field by field.
-#ifndef TYPESCOUT_CLI_FIELDS_H
-#define TYPESCOUT_CLI_FIELDS_H
+#ifndef TYPESCOUT_CLI_OUTPUT_FIELDS_H
+#define TYPESCOUT_CLI_OUTPUT_FIELDS_H
 
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "cli/record.h"
+#include "cli/ask/record.h"
 
 namespace typescout::cli {
 
@@ -23,4 +23,4 @@ const Field* FindField(std::string_view name);
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_FIELDS_H
+#endif  // TYPESCOUT_CLI_OUTPUT_FIELDS_H

@@ -1,13 +1,13 @@
 // How records become output. A writer keeps nothing between records: it is used from several
 // threads at once.
-#ifndef TYPESCOUT_CLI_WRITERS_H
-#define TYPESCOUT_CLI_WRITERS_H
+#ifndef TYPESCOUT_CLI_OUTPUT_WRITERS_H
+#define TYPESCOUT_CLI_OUTPUT_WRITERS_H
 
 #include <memory>
 #include <string>
 
+#include "cli/ask/record.h"
 #include "cli/options.h"
-#include "cli/record.h"
 
 namespace typescout::cli {
 
@@ -32,4 +32,4 @@ std::string FilterList(bool asJson);
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_WRITERS_H
+#endif  // TYPESCOUT_CLI_OUTPUT_WRITERS_H

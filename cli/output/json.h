@@ -1,10 +1,10 @@
 // Records and the registry as JSON (RFC 8259), in UTF-8 whatever a name holds.
-#ifndef TYPESCOUT_CLI_JSON_H
-#define TYPESCOUT_CLI_JSON_H
+#ifndef TYPESCOUT_CLI_OUTPUT_JSON_H
+#define TYPESCOUT_CLI_OUTPUT_JSON_H
 
 #include <string>
 
-#include "cli/record.h"
+#include "cli/ask/record.h"
 
 namespace typescout::cli {
 
@@ -17,4 +17,4 @@ std::string JsonFilterList();
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_JSON_H
+#endif  // TYPESCOUT_CLI_OUTPUT_JSON_H

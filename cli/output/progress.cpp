@@ -1,9 +1,9 @@
-#include "cli/progress.h"
+#include "cli/output/progress.h"
 
 #include <cmath>
 #include <string>
 
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 
 namespace typescout::cli {
 

@@ -1,8 +1,8 @@
-#include "cli/path_list.h"
+#include "cli/input/path_list.h"
 
 #include <algorithm>
 
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 
 namespace typescout::cli {
 

@@ -1,9 +1,9 @@
-#include "cli/fields.h"
+#include "cli/output/fields.h"
 
 #include <algorithm>
 #include <array>
 
-#include "cli/names.h"
+#include "cli/output/names.h"
 
 namespace typescout::cli {
 namespace {

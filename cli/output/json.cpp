@@ -1,6 +1,6 @@
-#include "cli/json.h"
+#include "cli/output/json.h"
 
-#include "cli/names.h"
+#include "cli/output/names.h"
 #include "nlohmann/json.hpp"
 
 namespace typescout::cli {

@@ -1,4 +1,4 @@
-#include "cli/input_source.h"
+#include "cli/input/input_source.h"
 
 #include <algorithm>
 

@@ -1,13 +1,13 @@
 // What is known about one input once it has been looked at.
-#ifndef TYPESCOUT_CLI_RECORD_H
-#define TYPESCOUT_CLI_RECORD_H
+#ifndef TYPESCOUT_CLI_ASK_RECORD_H
+#define TYPESCOUT_CLI_ASK_RECORD_H
 
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cli/filter_table.h"
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 
 namespace typescout::cli {
 
@@ -61,4 +61,4 @@ Count CountedAs(State state);
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_RECORD_H
+#endif  // TYPESCOUT_CLI_ASK_RECORD_H

@@ -1,7 +1,7 @@
-#include "cli/output.h"
+#include "cli/output/output.h"
 
-#include "cli/names.h"
-#include "cli/platform.h"
+#include "cli/output/names.h"
+#include "cli/platform/platform.h"
 
 namespace typescout::cli {
 

@@ -17,7 +17,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 #include "typescout/typescout.h"
 
 namespace typescout::cli::platform {

@@ -1,6 +1,6 @@
 // Standard output, gathered into large writes.
-#ifndef TYPESCOUT_CLI_OUTPUT_H
-#define TYPESCOUT_CLI_OUTPUT_H
+#ifndef TYPESCOUT_CLI_OUTPUT_OUTPUT_H
+#define TYPESCOUT_CLI_OUTPUT_OUTPUT_H
 
 #include <string>
 #include <string_view>
@@ -26,4 +26,4 @@ void Complain(std::string_view message);
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_OUTPUT_H
+#endif  // TYPESCOUT_CLI_OUTPUT_OUTPUT_H

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "cli/platform.h"
+#include "cli/platform/platform.h"
 
 namespace typescout::cli::platform {
 

@@ -1,11 +1,11 @@
-#include "cli/examiner.h"
+#include "cli/ask/examiner.h"
 
 #include <algorithm>
 #include <exception>
 #include <numeric>
 #include <optional>
 
-#include "cli/names.h"
+#include "cli/output/names.h"
 #include "typescout/typescout.h"
 
 namespace typescout::cli {

@@ -1,6 +1,6 @@
 // The line on standard error that tells how far a run has come.
-#ifndef TYPESCOUT_CLI_PROGRESS_H
-#define TYPESCOUT_CLI_PROGRESS_H
+#ifndef TYPESCOUT_CLI_OUTPUT_PROGRESS_H
+#define TYPESCOUT_CLI_OUTPUT_PROGRESS_H
 
 #include <chrono>
 #include <cstdint>
@@ -31,4 +31,4 @@ class Progress {
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_PROGRESS_H
+#endif  // TYPESCOUT_CLI_OUTPUT_PROGRESS_H

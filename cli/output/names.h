@@ -1,6 +1,6 @@
 // File names are bytes. What they are turned into for the library and for the reader.
-#ifndef TYPESCOUT_CLI_NAMES_H
-#define TYPESCOUT_CLI_NAMES_H
+#ifndef TYPESCOUT_CLI_OUTPUT_NAMES_H
+#define TYPESCOUT_CLI_OUTPUT_NAMES_H
 
 #include <string>
 #include <string_view>
@@ -26,4 +26,4 @@ std::string ExtensionOf(std::string_view path);
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_NAMES_H
+#endif  // TYPESCOUT_CLI_OUTPUT_NAMES_H

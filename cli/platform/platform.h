@@ -3,8 +3,8 @@
 //
 // Paths are bytes: as they are on POSIX, UTF-8 on Windows. Errors are numbers of the system, 0 for
 // none; ErrorText() has their words.
-#ifndef TYPESCOUT_CLI_PLATFORM_H
-#define TYPESCOUT_CLI_PLATFORM_H
+#ifndef TYPESCOUT_CLI_PLATFORM_PLATFORM_H
+#define TYPESCOUT_CLI_PLATFORM_PLATFORM_H
 
 #include <cstddef>
 #include <cstdint>
@@ -148,4 +148,4 @@ std::string Environment(const char* name);
 
 }  // namespace typescout::cli::platform
 
-#endif  // TYPESCOUT_CLI_PLATFORM_H
+#endif  // TYPESCOUT_CLI_PLATFORM_PLATFORM_H

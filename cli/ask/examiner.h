@@ -1,12 +1,12 @@
 // One input in, one record out: asks the library, and finds out what its 0 means.
-#ifndef TYPESCOUT_CLI_EXAMINER_H
-#define TYPESCOUT_CLI_EXAMINER_H
+#ifndef TYPESCOUT_CLI_ASK_EXAMINER_H
+#define TYPESCOUT_CLI_ASK_EXAMINER_H
 
 #include <string>
 #include <vector>
 
+#include "cli/ask/record.h"
 #include "cli/options.h"
-#include "cli/record.h"
 
 namespace typescout::cli {
 
@@ -49,4 +49,4 @@ class Examiner {
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_EXAMINER_H
+#endif  // TYPESCOUT_CLI_ASK_EXAMINER_H

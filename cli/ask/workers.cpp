@@ -1,4 +1,4 @@
-#include "cli/workers.h"
+#include "cli/ask/workers.h"
 
 namespace typescout::cli {
 

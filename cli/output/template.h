@@ -1,11 +1,11 @@
 // The templates of --format.
-#ifndef TYPESCOUT_CLI_TEMPLATE_H
-#define TYPESCOUT_CLI_TEMPLATE_H
+#ifndef TYPESCOUT_CLI_OUTPUT_TEMPLATE_H
+#define TYPESCOUT_CLI_OUTPUT_TEMPLATE_H
 
 #include <string>
 #include <string_view>
 
-#include "cli/record.h"
+#include "cli/ask/record.h"
 
 namespace typescout::cli {
 
@@ -19,4 +19,4 @@ std::string FillTemplate(std::string_view text, const Record& record, bool forTe
 
 }  // namespace typescout::cli
 
-#endif  // TYPESCOUT_CLI_TEMPLATE_H
+#endif  // TYPESCOUT_CLI_OUTPUT_TEMPLATE_H

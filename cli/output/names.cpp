@@ -1,4 +1,4 @@
-#include "cli/names.h"
+#include "cli/output/names.h"
 
 #include <algorithm>
 #include <array>
