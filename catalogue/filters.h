@@ -53,7 +53,8 @@ const Filter* FindFilter(std::string_view label);
 // The row of a filter of Filters() or FindFilter(), or -1 for the drawing object.
 int RowOf(const Filter& filter);
 
-// "raster", "vector", "media", "native", "document" or "text"; empty for an identifier of no family.
+// "raster", "vector", "media", "native", "document" or "text"; empty for an identifier of no
+// family.
 std::string_view Family(int id);
 
 // Four hexadecimal digits: 0x0305.
@@ -71,9 +72,9 @@ std::string_view UsualExtension(const Filter& filter);
 
 // Which rows to ask about a file that `answer` accepted, in this order: the first that says yes
 // describes the file best, and when none does, `answer` does. `asked` are the rows that gave the
-// answer, in the order in which they were asked; empty for all. Rows that were asked before `answer`
-// are left out, since they said no. `extension` is the file's; it decides between rows of the same
-// evidence only.
+// answer, in the order in which they were asked; empty for all. Rows that were asked before
+// `answer` are left out, since they said no. `extension` is the file's; it decides between rows of
+// the same evidence only.
 std::vector<int> RowsThatDescribeBetter(const Filter& answer, std::string_view extension,
                                         std::span<const int> asked = {});
 

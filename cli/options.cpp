@@ -180,7 +180,8 @@ std::string CheckChoices(const Options& options) {
 
 // 0x0305, 773 or a label; 0 when it is none of the suite's filters.
 int ParseId(std::string_view text) {
-  if (const catalogue::Filter* filter = catalogue::FindFilter(text); filter != nullptr) return filter->id;
+  if (const catalogue::Filter* filter = catalogue::FindFilter(text); filter != nullptr)
+    return filter->id;
   const bool isHex = text.starts_with("0x") || text.starts_with("0X");
   // 0305 could be meant either way.
   if (!isHex && text.starts_with('0')) return 0;

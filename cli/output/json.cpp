@@ -28,7 +28,8 @@ void Put(const char* key, std::string_view value, Json* json) {
 }
 
 Json Describe(const Filter& filter) {
-  Json json = {{"id", catalogue::FormatId(filter.id)}, {"label", filter.label}, {"name", filter.name}};
+  Json json = {
+      {"id", catalogue::FormatId(filter.id)}, {"label", filter.label}, {"name", filter.name}};
   Put("family", catalogue::Family(filter.id), &json);
   Put("mime", filter.mime, &json);
   return json;

@@ -69,7 +69,8 @@ class TextWriter : public Writer {
     const auto word = [this](const Filter& filter) {
       return options_.id ? catalogue::FormatId(filter.id) : std::string(filter.label);
     };
-    if (record.filter == nullptr) return options_.id ? catalogue::FormatId(0) : std::string(Label(record));
+    if (record.filter == nullptr)
+      return options_.id ? catalogue::FormatId(0) : std::string(Label(record));
     if (record.all.empty()) return word(*record.filter);
     std::string words;
     for (const Filter* filter : record.all) words += (words.empty() ? "" : " ") + word(*filter);
@@ -169,11 +170,12 @@ std::string FilterList(bool asJson) {
     return padded + "  ";
   };
   std::string list =
-      "row  id      label                    family    hidden by             name, MIME type, extensions\n";
+      "row  id      label                    family    hidden by             name, MIME type, "
+      "extensions\n";
   for (const Filter& filter : catalogue::Filters()) {
     list += cell(std::to_string(RowOf(filter)), 3) + cell(catalogue::FormatId(filter.id), 6) +
-            cell(filter.label, 23) + cell(catalogue::Family(filter.id), 8) + cell(HiddenBy(filter), 20) +
-            std::string(filter.name);
+            cell(filter.label, 23) + cell(catalogue::Family(filter.id), 8) +
+            cell(HiddenBy(filter), 20) + std::string(filter.name);
     if (!filter.mime.empty()) list += ", " + std::string(filter.mime);
     if (!filter.extensions.empty()) list += " (" + std::string(filter.extensions) + ")";
     list += '\n';

@@ -62,7 +62,8 @@ std::string GoldenTable() {
 }
 
 // A change of a rule shows here as a change of the rows that it was not meant for. To take the
-// table as it is now: GOLDEN_TABLE=write unit_tests --gtest_filter=Samples.MeetTheGoldenTable
+// table as it is now:
+// GOLDEN_TABLE=write typescout_unit_tests --gtest_filter=Samples.MeetTheGoldenTable
 TEST(Samples, MeetTheGoldenTable) {
   const std::string now = GoldenTable();
   if (std::getenv("GOLDEN_TABLE") != nullptr) {

@@ -18,11 +18,11 @@ ctest --test-dir "$build" --output-on-failure --timeout 300
 # The documents that the tests wrote by the system's own functions have the same answers there and
 # here.
 documents=$build/documents
-cmake/wine.sh "$PWD/$build/wine" "$build/answers.exe" "$documents" |
+cmake/wine.sh "$PWD/$build/wine" "$build/typescout_answers.exe" "$documents" |
   tr -d '\r' >"$build/answers.txt"
 cmake --preset dev >build/dev.log
-cmake --build build/dev --target answers
-build/dev/tests/answers "$documents" | diff "$build/answers.txt" -
+cmake --build build/dev --target typescout_answers
+build/dev/tests/typescout_answers "$documents" | diff "$build/answers.txt" -
 for id in 0x0507 0x0545 0x0706 0x0801 0x0807 0x0814; do # each kind of document is among them
   grep -q " $id" "$build/answers.txt"
 done
