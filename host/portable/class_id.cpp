@@ -1,4 +1,4 @@
-// Class identifiers in text, for systems whose runtime does not read them.
+// Class identifiers in text. Windows has a function of its own.
 #include <string_view>
 
 #include "host/structured_storage.h"

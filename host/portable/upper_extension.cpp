@@ -1,4 +1,4 @@
-// For systems whose runtime has no path splitting of its own.
+// Windows has a version of its own, which asks the runtime.
 #include "host/path.h"
 
 namespace SystemIO::Path {
