@@ -4,7 +4,7 @@ git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
 
 # Some scripts have no extension; their first line tells.
 { git ls-files '*.sh'; git grep -lE '^#!/usr/bin/env bash$'; } | sort -u |
-  xargs shellcheck --shell=bash --external-sources
+  xargs shellcheck --shell=bash --external-sources --source-path=SCRIPTDIR
 git ls-files -z '*.py' | xargs -0 flake8 --max-line-length 120
 
 configure asan  # the compile commands of clang
