@@ -43,14 +43,14 @@ void ReadToItsEnd(IStream* stream, std::size_t fileSize) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  InterfaceOwner<IStorage> storage;
+  typescout::InterfaceOwner<IStorage> storage;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   compound::Open(std::make_unique<MemorySource>(bytes), storage.Receive());
   if (!storage) return 0;
   CLSID classId;
   compound::ReadClass(storage.get(), &classId);
   for (const wchar_t* name : {L"WordDocument", L"ScriptoraDesk_MAIN", L"Contents"}) {
-    InterfaceOwner<IStream> stream;
+    typescout::InterfaceOwner<IStream> stream;
     if (storage->OpenStream(name, nullptr, 0x10, 0, stream.Receive()) == S_OK) {
       ReadToItsEnd(stream.get(), size);
     }
