@@ -24,15 +24,15 @@ std::int32_t AskAboutHead(Detector detector, const Sample& sample, std::size_t h
       std::min({headLength, sample.bytes.size(), static_cast<std::size_t>(HEAD_CAPACITY)});
   const auto head = std::make_unique<unsigned char[]>(length);
   std::copy_n(sample.bytes.begin(), length, head.get());
-  const InterfaceOwner<IStorage> storage = OpenCompoundFile(sample.path.c_str());
   FileContext file;
   file.requestedFilterId = sample.requested;
-  const ProbeContext probe = {.head = head.get(),
-                              .headLength = static_cast<std::int32_t>(length),
-                              .path = sample.path.c_str(),
-                              .classId = {},
-                              .storage = storage.get(),
-                              .file = &file};
+  const ProbeContext probe = {
+      .head = head.get(),
+      .headLength = static_cast<std::int32_t>(length),
+      .path = sample.path.c_str(),
+      .classId = {},
+      .storage = file.probed.Document(sample.path.c_str(), ProbedFile::WhenLocked::SHARE),
+      .file = &file};
   return detector(&probe);
 }
 
