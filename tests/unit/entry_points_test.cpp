@@ -20,11 +20,11 @@ wchar_t* const MUTABLE_PATH = const_cast<wchar_t*>(PATH);
 constexpr CLSID CLASS = {
     0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}};
 
-const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
-const std::string TIFF = Bytes("II*\0");
-const std::string WEBP = Bytes("RIFF\0\0\0\0WEBPV");
-const std::string DOCUMENT = Bytes("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
-const std::string WORD = PadTo(1'536, Bytes("\xEC\xA5\xC1\0"));
+const std::string PNG = "\x89PNG\r\n\x1A\n"s;
+const std::string TIFF = "II*\0"s;
+const std::string WEBP = "RIFF\0\0\0\0WEBPV"s;
+const std::string DOCUMENT = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"s;
+const std::string WORD = PadTo(1'536, "\xEC\xA5\xC1\0"s);
 
 class EntryPoints : public OnTheMachine {
  protected:

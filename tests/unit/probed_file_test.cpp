@@ -59,7 +59,7 @@ TEST_F(ProbedFiles, AreReadAgainBehindTheHeadOnly) {
   // A TIFF file's first directory; the first is not even there.
   const auto tiff = [](std::size_t directory, std::size_t size) {
     const std::string at = {static_cast<char>(directory & 0xFF), static_cast<char>(directory >> 8)};
-    return Patch(PadTo(size, Bytes("II*\0")), 4, at);
+    return Patch(PadTo(size, "II*\0"s), 4, at);
   };
   EXPECT_EQ(opens(tiff(HEAD + 20, HEAD + 10), 0x0710), 1);
   EXPECT_EQ(opens(tiff(HEAD - 14, HEAD + 10), 0x0710), 1);
@@ -70,24 +70,21 @@ TEST_F(ProbedFiles, AreReadAgainBehindTheHeadOnly) {
 // The paint program's tag around the end of the head: the answer is the same from the head as from
 // the file alone.
 TEST_F(ProbedFiles, AnswerAsTheFileAloneWould) {
-  const std::string name = Bytes("Tavon PIXEL-FORGE\0");
+  const std::string name = "Tavon PIXEL-FORGE\0"s;
   const auto number = [](std::size_t value) {
     return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)} + Fill(2);
   };
   int yes = 0;
   for (std::size_t directory = HEAD - 40; directory < HEAD + 4; ++directory) {
     for (const std::size_t nameAt : {std::size_t{8}, HEAD - 18, HEAD - 17, HEAD + 40}) {
-      std::string tiff = Patch(PadTo(HEAD + 20, Bytes("II*\0")), 4, number(directory));
-      tiff = Patch(tiff, directory + 2, Bytes("\x31\x01\x02\0\x12\0\0\0") + number(nameAt));
+      std::string tiff = Patch(PadTo(HEAD + 20, "II*\0"s), 4, number(directory));
+      tiff = Patch(tiff, directory + 2, "\x31\x01\x02\0\x12\0\0\0"s + number(nameAt));
       tiff = Patch(tiff, nameAt, name);
       for (const std::size_t size : {HEAD, directory + 14, nameAt + 16, nameAt + 17, tiff.size()}) {
-        const Sample sample{.name = "paint",
-                            .detector = DetectPaintImage,
-                            .bytes = tiff.substr(0, size),
-                            .verdict = NO};
-        LayOut(sample);
-        const int alone = AskAboutHead(DetectPaintImage, sample, sample.bytes.size());
-        EXPECT_EQ(CheckOneFilter(sample.path.c_str(), 0x0710, 0), alone)
+        const File file(tiff.substr(0, size));
+        LayOut(file);
+        const int alone = AskAboutHead(DetectPaintImage, file, file.bytes.size());
+        EXPECT_EQ(CheckOneFilter(file.path.c_str(), 0x0710, 0), alone)
             << directory << ", " << nameAt << ", " << size;
         yes += alone;
       }
@@ -102,7 +99,7 @@ TEST_F(ProbedFiles, AreTextAlsoWithoutALength) {
   TheMachine().lengths[PATH] = 0;
   EXPECT_EQ(TypeScoutFile(PATH), 0x0903);
   TheMachine().files[PATH] = SIGNATURE;
-  TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, Bytes("\xEC\xA5\xC1\0"))}};
+  TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, "\xEC\xA5\xC1\0"s)}};
   EXPECT_EQ(TypeScoutFile(PATH), 0x0814);
 }
 
