@@ -5,10 +5,10 @@
 
 #include "cli/help.h"
 #include "cli/options.h"
-#include "cli/output.h"
-#include "cli/platform.h"
+#include "cli/output/output.h"
+#include "cli/output/writers.h"
+#include "cli/platform/platform.h"
 #include "cli/run.h"
-#include "cli/writers.h"
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include <memory>
 #include <optional>
 
-#include "cli/examiner.h"
-#include "cli/input_source.h"
-#include "cli/output.h"
-#include "cli/progress.h"
-#include "cli/workers.h"
-#include "cli/writers.h"
+#include "cli/ask/examiner.h"
+#include "cli/ask/workers.h"
+#include "cli/input/input_source.h"
+#include "cli/output/output.h"
+#include "cli/output/progress.h"
+#include "cli/output/writers.h"
 
 namespace typescout::cli {
 namespace {

@@ -1,22 +1,22 @@
 # The machine-dependent half on Windows, and how its module is made.
-add_library(host_native STATIC
+add_library(typescout_host_native STATIC
   host/windows/config.cpp
   host/windows/file.cpp
   host/windows/library.cpp
   host/windows/system.cpp
   host/windows/upper_extension.cpp
 )
-target_compile_definitions(host_native PRIVATE UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
+target_compile_definitions(typescout_host_native PRIVATE UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
   WINVER=0x0602 _WIN32_WINNT=0x0602)
-target_link_libraries(host_native PUBLIC ole32)
+set(TYPESCOUT_HOST_LIBRARIES ole32)
 
 # A program finds the module beside itself.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 
 # Nothing of the compiler's own beside the module and the programs.
-target_link_options(house_flags INTERFACE -static)
+target_link_options(typescout_build INTERFACE -static)
 
-find_program(LLVM_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
+find_program(TYPESCOUT_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
 
 # Called once the module `target` exists: its exports, and an import library that every linker
 # reads. GNU ld's own is a pile of objects whose order other linkers do not keep.
@@ -26,16 +26,6 @@ function(make_windows_module target)
   set_target_properties(${target} PROPERTIES
     PREFIX "" IMPORT_PREFIX "" IMPORT_SUFFIX ".lib" LINK_DEPENDS ${exports})
   add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${exports} -l $<TARGET_LINKER_FILE:${target}>
+    COMMAND ${TYPESCOUT_DLLTOOL} -m i386:x86-64 -d ${exports} -l $<TARGET_LINKER_FILE:${target}>
     VERBATIM)
 endfunction()
-
-# Header-only libraries are the same for every machine; the rest of the build machine's headers,
-# beside which they lie, must not be seen.
-set(headers ${PROJECT_BINARY_DIR}/headers)
-file(MAKE_DIRECTORY ${headers})
-foreach(folder CLI nlohmann)
-  file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
-endforeach()
-set(CLI11_INCLUDE_DIR ${headers} CACHE PATH "" FORCE)
-set(NLOHMANN_JSON_INCLUDE_DIR ${headers} CACHE PATH "" FORCE)

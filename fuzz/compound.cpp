@@ -32,7 +32,7 @@ void ReadToItsEnd(IStream* stream, std::size_t fileSize) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  InterfaceOwner<IStorage> storage;
+  typescout::InterfaceOwner<IStorage> storage;
   auto source = std::make_unique<typescout::tests::MemorySource>(
       std::string(reinterpret_cast<const char*>(data), size));
   compound::Open(std::move(source), storage.Receive());
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CLSID classId;
   compound::ReadClass(storage.get(), &classId);
   for (const wchar_t* name : {L"WordDocument", L"ScriptoraDesk_MAIN", L"Contents"}) {
-    InterfaceOwner<IStream> stream;
+    typescout::InterfaceOwner<IStream> stream;
     if (storage->OpenStream(name, nullptr, 0x10, 0, stream.Receive()) == S_OK) {
       ReadToItsEnd(stream.get(), size);
     }

@@ -1,4 +1,5 @@
-// Owner objects for what the host hands out: given back on every way out of a scope.
+// Owner objects for what the host hands out. Each gives its resource back when it goes out of
+// scope.
 #ifndef TYPESCOUT_HOST_OWNERS_H
 #define TYPESCOUT_HOST_OWNERS_H
 
@@ -6,6 +7,8 @@
 #include <utility>
 
 #include "host/file.h"
+
+namespace typescout {
 
 // One file object: created, opened at most once, closed and destroyed.
 class FileOwner {
@@ -57,5 +60,7 @@ class InterfaceOwner {
  private:
   Interface* held_ = nullptr;
 };
+
+}  // namespace typescout
 
 #endif  // TYPESCOUT_HOST_OWNERS_H

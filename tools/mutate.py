@@ -98,8 +98,8 @@ def main():
         elif source.exists():
             COPY.mkdir(parents=True, exist_ok=True)
             shutil.copy(source, COPY / name)
-    build = ["cmake", "--build", "build/dev", "--target", "unit_tests"]
-    tests = ["build/dev/tests/unit_tests", "--gtest_brief=1", "--gtest_fail_fast",
+    build = ["cmake", "--build", "build/dev", "--target", "typescout_unit_tests"]
+    tests = ["build/dev/tests/typescout_unit_tests", "--gtest_brief=1", "--gtest_fail_fast",
              "--gtest_filter=-*CutAnywhere:CompoundReader.*"]
     if not (run("cmake", "--preset", "dev") and run(*build, seconds=900) and run(*tests)):
         sys.exit("mutate: the tree does not build and pass as it is")

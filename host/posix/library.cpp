@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/posix/module_folder.h"
-#include "host/posix/regular_file.h"
+#include "host/posix/wide_path.h"
 
 struct TvnUtils::TvnLibrary::Module {
   TvnPlatform::TvnStringT<wchar_t> name;

@@ -4,62 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 
+#include "host/posix/wide_path.h"
+
 namespace posix_host {
-namespace {
-
-constexpr char32_t FIRST_RAW_BYTE = 0xDC80;
-constexpr char32_t LAST_RAW_BYTE = 0xDCFF;
-
-// The bytes of one character at `to`, which has room for four; how many, or 0 when it is none.
-std::size_t Encode(char32_t c, char* to) {
-  const auto put = [to](std::size_t at, char32_t value) { to[at] = static_cast<char>(value); };
-  const auto tail = [c](int shift) { return 0x80 | (c >> shift & 0x3F); };
-  if (c < 0x80) {
-    put(0, c);
-    return 1;
-  }
-  if (c < 0x800) {
-    put(0, 0xC0 | c >> 6);
-    put(1, tail(0));
-    return 2;
-  }
-  if (c >= FIRST_RAW_BYTE && c <= LAST_RAW_BYTE) {
-    put(0, c & 0xFF);
-    return 1;
-  }
-  if (c >= 0xD800 && c <= 0xDFFF) return 0;
-  if (c < 0x10000) {
-    put(0, 0xE0 | c >> 12);
-    put(1, tail(6));
-    put(2, tail(0));
-    return 3;
-  }
-  if (c > 0x10FFFF) return 0;
-  put(0, 0xF0 | c >> 18);
-  put(1, tail(12));
-  put(2, tail(6));
-  put(3, tail(0));
-  return 4;
-}
-
-}  // namespace
-
-PathBytes::PathBytes(const wchar_t* path) {
-  if (path == nullptr) return;
-  std::size_t length = 0;
-  for (; *path != L'\0'; ++path) {
-    if (bytes_.size() - length < 5) return;
-    const std::size_t added = Encode(static_cast<char32_t>(*path), bytes_.data() + length);
-    if (added == 0) return;
-    length += added;
-  }
-  bytes_[length] = '\0';
-  valid_ = true;
-}
-
 bool RegularFile::Open(const wchar_t* path) {
   Close();
   const PathBytes bytes(path);

@@ -3,25 +3,10 @@
 #ifndef TYPESCOUT_HOST_POSIX_REGULAR_FILE_H
 #define TYPESCOUT_HOST_POSIX_REGULAR_FILE_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 namespace posix_host {
-
-// A wide path in the system's bytes: UTF-8, whatever the locale, with U+DC80 to U+DCFF for the
-// single bytes 0x80 to 0xFF of a name that is not valid UTF-8. On the stack, since every open needs
-// one: it holds whatever 259 characters can become.
-class PathBytes {
- public:
-  explicit PathBytes(const wchar_t* path);
-  // Null when the path was null, too long, or held something else than Unicode scalar values.
-  const char* get() const { return valid_ ? bytes_.data() : nullptr; }
-
- private:
-  std::array<char, 259 * 4 + 1> bytes_;
-  bool valid_ = false;
-};
 
 class RegularFile {
  public:

@@ -104,13 +104,13 @@ TEST(CompoundReader, OpensOnlyWhatItUnderstands) {
     std::size_t at;
     std::string bytes;
     bool opens;
-  } CASES[] = {{7, "\xE2", false},            // the signature
-               {28, "\xFF\xFE", false},       // big-endian
-               {32, Bytes("\7\0"), false},    // the size of mini sectors
-               {56, Bytes("\0\x20"), false},  // the longest short stream
-               {8, Fill(18, '\xFF'), true},   // reserved, and the minor version
-               {48, Fill(4), false},          // a directory that begins elsewhere
-               {ROOT_TYPE, "\2", false},     {ROOT_TYPE, Fill(1), false}};
+  } CASES[] = {{7, "\xE2", false},           // the signature
+               {28, "\xFF\xFE", false},      // big-endian
+               {32, "\7\0"s, false},         // the size of mini sectors
+               {56, "\0\x20"s, false},       // the longest short stream
+               {8, Fill(18, '\xFF'), true},  // reserved, and the minor version
+               {48, Fill(4), false},         // a directory that begins elsewhere
+               {ROOT_TYPE, "\2", false},    {ROOT_TYPE, Fill(1), false}};
   for (const auto& c : CASES) {
     const auto storage = OpenDocument(Patch(WholeDocument(), c.at, c.bytes));
     EXPECT_EQ(static_cast<bool>(storage), c.opens) << c.at;

@@ -1,0 +1,35 @@
+// How records become output. A writer keeps nothing between records: it is used from several
+// threads at once.
+#ifndef TYPESCOUT_CLI_OUTPUT_WRITERS_H
+#define TYPESCOUT_CLI_OUTPUT_WRITERS_H
+
+#include <memory>
+#include <string>
+
+#include "cli/ask/record.h"
+#include "cli/options.h"
+
+namespace typescout::cli {
+
+class Writer {
+ public:
+  virtual ~Writer() = default;
+
+  // What stands before the first record, between two records and behind the last.
+  virtual std::string Begin() const { return {}; }
+  virtual std::string Between() const { return {}; }
+  virtual std::string End() const { return {}; }
+
+  // The record with its end; empty when it is not for this output.
+  virtual std::string Format(const Record& record) const = 0;
+};
+
+// `isTerminal`: control bytes are escaped in what people read. `isColored`: they may be coloured.
+std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool isColored);
+
+// The registry, for --list-filters.
+std::string FilterList(bool asJson);
+
+}  // namespace typescout::cli
+
+#endif  // TYPESCOUT_CLI_OUTPUT_WRITERS_H

@@ -1,3 +1,0 @@
-#include "host/handle.h"
-
-extern "C" int CloseHandle(void* /*handle*/) { return 0; }
