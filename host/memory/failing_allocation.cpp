@@ -1,6 +1,5 @@
 #include "host/memory/failing_allocation.h"
 
-#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -10,9 +9,11 @@ namespace {
 thread_local int failing = 0;  // which one fails; 0: none
 thread_local int count = 0;
 thread_local int uncounted = 0;
+thread_local std::size_t allocated = 0;
 
 void* Allocate(std::size_t size) noexcept {
   if (uncounted == 0 && ++count == failing) return nullptr;
+  allocated += size;
   return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -31,6 +32,8 @@ FailingAllocation::FailingAllocation(int nth) {
 FailingAllocation::~FailingAllocation() { failing = 0; }
 bool FailingAllocation::HasFailed() const { return failing != 0 && count >= failing; }
 int FailingAllocation::Count() const { return count; }
+
+std::size_t AllocatedBytes() { return allocated; }
 
 Uncounted::Uncounted() { ++uncounted; }
 Uncounted::~Uncounted() { --uncounted; }

@@ -2,6 +2,8 @@
 #ifndef TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 #define TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 
+#include <cstddef>
+
 namespace memory_host {
 
 // Counts the allocations while it lives; the `nth` (from 1; 0: none) fails, once. One at a time, on
@@ -27,6 +29,9 @@ class Uncounted {
   Uncounted& operator=(const Uncounted&) = delete;
   ~Uncounted();
 };
+
+// The bytes that this thread has allocated so far, whether they were freed since or not.
+std::size_t AllocatedBytes();
 
 }  // namespace memory_host
 
