@@ -7,12 +7,8 @@
 #include <cstdint>
 
 #include "core/probe_context.h"
-<<<<<<< HEAD
-#include "host/owners.h"
-#include "typescout/typescout.h"
-=======
 #include "core/probed_file.h"
->>>>>>> main
+#include "typescout/typescout.h"
 
 namespace typescout {
 
