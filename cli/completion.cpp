@@ -1,4 +1,4 @@
-#include "cli/filter_table.h"
+#include "catalogue/filters.h"
 #include "cli/help.h"
 #include "cli/options.h"
 
@@ -12,9 +12,9 @@ std::string Choices(const OptionRow& row) {
   if (!row.choices.empty()) return std::string(row.choices);
   if (row.argument == "ID" || row.longName == "candidates") {
     std::string labels(row.argument == "ID" ? "" : FAMILIES);
-    for (const Filter& filter : FILTERS) {
-      const bool isFirst = FindFilter(filter.id) == &filter;
-      if (isFirst && !IsNeverReported(filter))
+    for (const catalogue::Filter& filter : catalogue::Filters()) {
+      const bool isFirst = catalogue::FindFilter(filter.id) == &filter;
+      if (isFirst && filter.evidence != catalogue::Evidence::NEVER)
         labels += (labels.empty() ? "" : " ") + std::string(filter.label);
     }
     return labels;

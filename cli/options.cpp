@@ -9,7 +9,7 @@
 #include "CLI/App.hpp"
 #include "CLI/Config.hpp"
 #include "CLI/Formatter.hpp"
-#include "cli/filter_table.h"
+#include "catalogue/filters.h"
 #include "cli/output/template.h"
 #include "typescout/typescout.h"
 
@@ -180,7 +180,8 @@ std::string CheckChoices(const Options& options) {
 
 // 0x0305, 773 or a label; 0 when it is none of the suite's filters.
 int ParseId(std::string_view text) {
-  if (const Filter* filter = FindFilter(text); filter != nullptr) return filter->id;
+  if (const catalogue::Filter* filter = catalogue::FindFilter(text); filter != nullptr)
+    return filter->id;
   const bool isHex = text.starts_with("0x") || text.starts_with("0X");
   // 0305 could be meant either way.
   if (!isHex && text.starts_with('0')) return 0;
@@ -200,16 +201,16 @@ std::string ParseCandidates(Options* options) {
   if (options->candidateText.empty()) return {};
   for (const std::string_view word : Split(options->candidateText, ',')) {
     const std::size_t before = options->candidates.size();
-    for (int row = 0; row < FILTER_COUNT; ++row) {
-      if (Family(FILTERS[static_cast<std::size_t>(row)].id) == word) {
-        options->candidates.push_back(row);
+    for (const catalogue::Filter& filter : catalogue::Filters()) {
+      if (catalogue::Family(filter.id) == word) {
+        options->candidates.push_back(RowOf(filter));
       }
     }
     if (options->candidates.size() != before) continue;
     const int id = ParseId(word);
     if (id == 0) return NoFilter("--candidates", word);
     // Identifiers without a row match nothing, as row 0 does.
-    const Filter* filter = FindFilter(id);
+    const catalogue::Filter* filter = catalogue::FindFilter(id);
     options->candidates.push_back(filter == nullptr ? 0 : std::max(RowOf(*filter), 0));
   }
   return {};

@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::size_t LONGEST_PATH = 259;  // in characters; the library takes no more
 
-constexpr std::string_view TEXT_FAMILY = "text";
-
 // How the library can be told this file; nothing when its path is too long every way.
 std::optional<std::wstring> PathForLibrary(const Input& input) {
   std::wstring wide = ToWide(input.path);
@@ -32,18 +30,6 @@ void Fail(State state, std::string_view reason, Record* record) {
   record->reason = reason;
 }
 
-// Whether plain text may well have this extension: nobody's, or that of something written as text.
-bool IsPlausibleForText(std::string_view extension) {
-  return std::all_of(FILTERS.begin(), FILTERS.end(), [extension](const Filter& filter) {
-    return !HasExtension(filter, extension) || filter.mime.starts_with("text/");
-  });
-}
-
-bool IsHiddenBy(const Filter& filter, const Filter& winner) {
-  const std::string row = std::to_string(RowOf(winner));
-  return (" " + std::string(filter.hiddenBy) + " ").find(" " + row + " ") != std::string::npos;
-}
-
 }  // namespace
 
 // What is handed to the library.
@@ -56,12 +42,12 @@ struct Examiner::Subject {
 
 Examiner::Examiner(const Options& options) : options_(options), rows_(options.candidates) {
   if (options.check != 0) {
-    const Filter* filter = FindFilter(options.check);
+    const Filter* filter = catalogue::FindFilter(options.check);
     // Identifiers without a row match nothing, as row 0 does.
     rows_ = {filter == nullptr ? 0 : std::max(RowOf(*filter), 0)};
   }
   if (!rows_.empty()) return;
-  rows_.resize(FILTER_COUNT);
+  rows_.resize(catalogue::Filters().size());
   std::iota(rows_.begin(), rows_.end(), 0);
 }
 
@@ -86,48 +72,26 @@ std::vector<const Filter*> Examiner::AllAnswers(const Subject& subject, const Fi
   std::vector<int> rows = rows_;
   while (const int id = Ask(subject, rows)) {
     const auto found = std::find_if(rows.begin(), rows.end(), [id](int row) {
-      return FILTERS[static_cast<std::size_t>(row)].id == id;
+      return catalogue::Filters()[static_cast<std::size_t>(row)].id == id;
     });
     if (found == rows.end()) break;
-    const Filter* filter = FindFilter(id);
+    const Filter* filter = catalogue::FindFilter(id);
     if (std::find(all.begin(), all.end(), filter) == all.end()) all.push_back(filter);
     rows.erase(rows.begin(), found + 1);
   }
   return all;
 }
 
-// The rows of the extension, then the more exact ones that the first answer keeps from being asked.
-std::vector<int> Examiner::RowsThatFitBetter(const Filter& first,
-                                             std::string_view extension) const {
-  std::vector<int> better;
-  for (const int row : rows_) {
-    const Filter& filter = FILTERS[static_cast<std::size_t>(row)];
-    if (!extension.empty() && HasExtension(filter, extension)) better.push_back(row);
-  }
-  for (const int row : rows_) {
-    const Filter& filter = FILTERS[static_cast<std::size_t>(row)];
-    if (IsHiddenBy(filter, first) && UsualExtension(filter) != UsualExtension(first)) {
-      better.push_back(row);
-    }
-  }
-  return better;
-}
-
 void Examiner::CompareWithName(const Subject& subject, Record* record) const {
   const Filter& first = *record->filter;
-  const std::string extension = ExtensionOf(record->path);
-  if (HasExtension(first, extension)) return;
-
-  const std::vector<int> better = RowsThatFitBetter(first, extension);
+  const std::string extension = catalogue::ExtensionOf(record->path);
+  const std::vector<int> better = catalogue::RowsThatDescribeBetter(first, extension, rows_);
   if (!better.empty()) {
-    if (const int id = Ask(subject, better); id != 0) record->also = FindFilter(id);
+    if (const int id = Ask(subject, better); id != 0) record->also = catalogue::FindFilter(id);
   }
-  record->alsoFitsName = record->also != nullptr && HasExtension(*record->also, extension);
-  if (record->alsoFitsName || extension.empty()) return;
-
   const Filter& best = record->also == nullptr ? first : *record->also;
-  if (Family(best.id) == TEXT_FAMILY && IsPlausibleForText(extension)) return;
-  record->expected = UsualExtension(best);
+  record->alsoFitsName = record->also != nullptr && HasExtension(best, extension);
+  record->expected = catalogue::ExpectedExtension(best, extension);
   record->isMismatch = !record->expected.empty();
 }
 
@@ -158,7 +122,7 @@ void Examiner::ExamineContent(const Input& input, Record* record) const {
   const int id = FirstAnswer(subject);
   if (id == 0) return FindOutWhy(input, record);
   record->state = State::RECOGNISED;
-  record->filter = FindFilter(id);
+  record->filter = catalogue::FindFilter(id);
   if (options_.check != 0) return;
   if (options_.all) record->all = AllAnswers(subject, *record->filter);
   CompareWithName(subject, record);

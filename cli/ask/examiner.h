@@ -38,7 +38,6 @@ class Examiner {
   int Ask(const Subject& subject, const std::vector<int>& rows) const;
   int FirstAnswer(const Subject& subject) const;
   std::vector<const Filter*> AllAnswers(const Subject& subject, const Filter& first) const;
-  std::vector<int> RowsThatFitBetter(const Filter& first, std::string_view extension) const;
   void CompareWithName(const Subject& subject, Record* record) const;
   void ExamineContent(const Input& input, Record* record) const;
   void FindOutWhy(const Input& input, Record* record) const;

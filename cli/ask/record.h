@@ -6,10 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/filter_table.h"
+#include "catalogue/filters.h"
 #include "cli/platform/platform.h"
 
 namespace typescout::cli {
+
+using catalogue::Filter;
 
 enum class State {
   RECOGNISED,

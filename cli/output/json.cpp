@@ -28,8 +28,9 @@ void Put(const char* key, std::string_view value, Json* json) {
 }
 
 Json Describe(const Filter& filter) {
-  Json json = {{"id", FormatId(filter.id)}, {"label", filter.label}, {"name", filter.name}};
-  Put("family", Family(filter.id), &json);
+  Json json = {
+      {"id", catalogue::FormatId(filter.id)}, {"label", filter.label}, {"name", filter.name}};
+  Put("family", catalogue::Family(filter.id), &json);
   Put("mime", filter.mime, &json);
   return json;
 }
@@ -40,10 +41,10 @@ std::string JsonObject(const Record& record) {
   Json json = {{"path", record.path}};
   if (!IsValidUtf8(record.path)) json["path_bytes"] = Base64(record.path);
   json["status"] = StateLabel(record.state);
-  json["id"] = FormatId(record.filter == nullptr ? 0 : record.filter->id);
+  json["id"] = catalogue::FormatId(record.filter == nullptr ? 0 : record.filter->id);
   json["label"] = Label(record);
   json["name"] = Name(record);
-  if (record.filter != nullptr) Put("family", Family(record.filter->id), &json);
+  if (record.filter != nullptr) Put("family", catalogue::Family(record.filter->id), &json);
   json["mime"] = MimeType(record);
   if (record.also != nullptr) {
     json["also"] = Describe(*record.also);
@@ -62,18 +63,16 @@ std::string JsonObject(const Record& record) {
 
 std::string JsonFilterList() {
   std::string list = "[\n";
-  for (const Filter& filter : FILTERS) {
+  for (const Filter& filter : catalogue::Filters()) {
     Json json = {{"row", RowOf(filter)}};
     json.update(Describe(filter));
     json["extensions"] = Words(filter.extensions);
-    json["never_reported"] = IsNeverReported(filter);
+    json["never_reported"] = filter.evidence == catalogue::Evidence::NEVER;
     json["hidden_by"] = Json::array();
-    if (!IsNeverReported(filter)) {
-      for (const Json& row : Words(filter.hiddenBy)) {
-        json["hidden_by"].push_back(std::stoi(row.get<std::string>()));
-      }
+    for (const int id : filter.hiddenBy) {
+      if (id != 0) json["hidden_by"].push_back(catalogue::FormatId(id));
     }
-    list += Dump(json) + (&filter == &FILTERS.back() ? "\n" : ",\n");
+    list += Dump(json) + (&filter == &catalogue::Filters().back() ? "\n" : ",\n");
   }
   return list + "]\n";
 }

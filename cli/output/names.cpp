@@ -130,15 +130,4 @@ std::string Base64(std::string_view bytes) {
   return text;
 }
 
-std::string ExtensionOf(std::string_view path) {
-  const std::string_view name = path.substr(path.find_last_of("/\\") + 1);
-  const std::size_t dot = name.rfind('.');
-  if (dot == std::string_view::npos || dot == 0) return {};
-  std::string extension(name.substr(dot + 1));
-  for (char& c : extension) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return extension;
-}
-
 }  // namespace typescout::cli

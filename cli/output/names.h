@@ -20,10 +20,6 @@ std::string EscapeForTerminal(std::string_view bytes);
 // RFC 4648, section 4.
 std::string Base64(std::string_view bytes);
 
-// What follows the last component's last dot, in lower case (ASCII); empty when there is no dot or
-// nothing but the extension (".profile"). Both slashes separate components, as for the library.
-std::string ExtensionOf(std::string_view path);
-
 }  // namespace typescout::cli
 
 #endif  // TYPESCOUT_CLI_OUTPUT_NAMES_H

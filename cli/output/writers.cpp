@@ -43,7 +43,7 @@ class TextWriter : public Writer {
     if (options_.id || options_.label) return OneWordEach(record);
     const char* color = record.filter != nullptr ? "32" : "33";
     if (record.filter == nullptr) {
-      return FormatId(0) + " " + Colored(color, std::string(Name(record)));
+      return catalogue::FormatId(0) + " " + Colored(color, std::string(Name(record)));
     }
     std::string text;
     if (record.all.empty()) {
@@ -62,14 +62,15 @@ class TextWriter : public Writer {
   }
 
   std::string WithId(const char* color, const Filter& filter) const {
-    return FormatId(filter.id) + " " + Colored(color, std::string(filter.name));
+    return catalogue::FormatId(filter.id) + " " + Colored(color, std::string(filter.name));
   }
 
   std::string OneWordEach(const Record& record) const {
     const auto word = [this](const Filter& filter) {
-      return options_.id ? FormatId(filter.id) : std::string(filter.label);
+      return options_.id ? catalogue::FormatId(filter.id) : std::string(filter.label);
     };
-    if (record.filter == nullptr) return options_.id ? FormatId(0) : std::string(Label(record));
+    if (record.filter == nullptr)
+      return options_.id ? catalogue::FormatId(0) : std::string(Label(record));
     if (record.all.empty()) return word(*record.filter);
     std::string words;
     for (const Filter* filter : record.all) words += (words.empty() ? "" : " ") + word(*filter);
@@ -148,6 +149,19 @@ std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool
   return std::make_unique<TextWriter>(options, isTerminal, isColored);
 }
 
+namespace {
+
+std::string HiddenBy(const Filter& filter) {
+  if (filter.evidence == catalogue::Evidence::NEVER) return "never";
+  std::string ids;
+  for (const int id : filter.hiddenBy) {
+    if (id != 0) ids += (ids.empty() ? "" : " ") + catalogue::FormatId(id);
+  }
+  return ids;
+}
+
+}  // namespace
+
 std::string FilterList(bool asJson) {
   if (asJson) return JsonFilterList();
   const auto cell = [](std::string_view text, std::size_t width) {
@@ -156,11 +170,12 @@ std::string FilterList(bool asJson) {
     return padded + "  ";
   };
   std::string list =
-      "row  id      label                    family    hidden by  name, MIME type, extensions\n";
-  for (const Filter& filter : FILTERS) {
-    list += cell(std::to_string(RowOf(filter)), 3) + cell(FormatId(filter.id), 6) +
-            cell(filter.label, 23) + cell(Family(filter.id), 8) + cell(filter.hiddenBy, 9) +
-            std::string(filter.name);
+      "row  id      label                    family    hidden by             name, MIME type, "
+      "extensions\n";
+  for (const Filter& filter : catalogue::Filters()) {
+    list += cell(std::to_string(RowOf(filter)), 3) + cell(catalogue::FormatId(filter.id), 6) +
+            cell(filter.label, 23) + cell(catalogue::Family(filter.id), 8) +
+            cell(HiddenBy(filter), 20) + std::string(filter.name);
     if (!filter.mime.empty()) list += ", " + std::string(filter.mime);
     if (!filter.extensions.empty()) list += " (" + std::string(filter.extensions) + ")";
     list += '\n';

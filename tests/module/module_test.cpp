@@ -85,7 +85,7 @@ TEST(Module, TakesPathsOf259Characters) {
     fs::path path = folder.path();
     while (path.native().size() + 100 < length) path /= std::string(60, 'd');
     path /= std::string(length - path.native().size() - 1, 'n');
-    return folder.Write(path.lexically_relative(folder.path()), Bytes("\x89PNG\r\n\x1A\n"));
+    return folder.Write(path.lexically_relative(folder.path()), "\x89PNG\r\n\x1A\n"s);
   };
   EXPECT_EQ(TypeScoutFile(pathOf(259).wstring().c_str()), 0x0322);
   EXPECT_EQ(TypeScoutFile(pathOf(260).wstring().c_str()), 0);

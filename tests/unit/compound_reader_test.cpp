@@ -118,12 +118,12 @@ TEST(CompoundReader, OpensOnlyWhatItUnderstands) {
     std::size_t at;
     std::string bytes;
     bool opens;
-  } CASES[] = {{7, "\xE2", false},          // the signature
-               {26, Bytes("\2\0"), false},  // the version
-               {26, Bytes("\4\0"), true},    {26, Bytes("\5\0"), false},
+  } CASES[] = {{7, "\xE2", false},    // the signature
+               {26, "\2\0"s, false},  // the version
+               {26, "\4\0"s, true},        {26, "\5\0"s, false},
                {28, "\xFF\xFE", false},       // big-endian
-               {32, Bytes("\7\0"), false},    // the size of mini sectors
-               {56, Bytes("\0\x20"), false},  // the longest short stream
+               {32, "\7\0"s, false},          // the size of mini sectors
+               {56, "\0\x20"s, false},        // the longest short stream
                {8, Fill(18, '\xFF'), true}};  // reserved, and the minor version
   for (const auto& c : CASES) {
     const auto storage = OpenDocument(Patch(WholeDocument(), c.at, c.bytes));

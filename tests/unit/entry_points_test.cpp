@@ -20,9 +20,9 @@ wchar_t* const MUTABLE_PATH = const_cast<wchar_t*>(PATH);
 constexpr CLSID DRAWING_OBJECT = {
     0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}};
 
-const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
-const std::string TIFF = Bytes("II*\0");
-const std::string WEBP = Bytes("RIFF\0\0\0\0WEBPV");
+const std::string PNG = "\x89PNG\r\n\x1A\n"s;
+const std::string TIFF = "II*\0"s;
+const std::string WEBP = "RIFF\0\0\0\0WEBPV"s;
 
 class EntryPoints : public OnTheMachine {
  protected:

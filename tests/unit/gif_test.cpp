@@ -24,7 +24,7 @@ std::string GifOfSize(std::size_t size) {
   return bytes + static_cast<char>(last) + Fill(last, 'x') + Fill(1);
 }
 
-const std::string SECOND_PICTURE = PadTo(10, ",") + "\x08" + Bytes("\1x\0");
+const std::string SECOND_PICTURE = PadTo(10, ",") + "\x08" + "\1x\0"s;
 
 class Gif : public OnTheMachine {
  protected:
