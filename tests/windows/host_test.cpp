@@ -125,7 +125,9 @@ TEST(WindowsModule, LooksAtTheCallersBytesWhenTheFileIsDenied) {
 
 bool Loads(const fs::path& name, const char* symbol = "Answer") {
   TvnLibrary library((TvnStringT<wchar_t>(name.c_str())));
-  return library.Load() && library.GetSymbol(symbol) != nullptr;
+  const bool loads = library.Load() && library.GetSymbol(symbol) != nullptr;
+  library.Unload();
+  return loads;
 }
 
 // Lays the tests' own module there.
@@ -180,7 +182,7 @@ TEST(WindowsLibrary, IsTakenFromWhereAPathSays) {
 
 TEST(WindowsLibrary, StaysInMemoryUnlessUnloaded) {
   const TempFolder folder;
-  const fs::path left = OUR_FOLDER / "plugin.dll";
+  const fs::path left = fs::canonical(OUR_FOLDER) / "plugin.dll";
   const fs::path unloaded = PutPlugin(folder.path() / "unloaded.dll");
   for (const fs::path& path : {left, unloaded}) {
     TvnLibrary library((TvnStringT<wchar_t>(path.c_str())));
