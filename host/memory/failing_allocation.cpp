@@ -1,6 +1,5 @@
 #include "host/memory/failing_allocation.h"
 
-#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -10,12 +9,14 @@ namespace {
 thread_local int remaining = 0;  // until the one that fails; 0: none will
 thread_local bool hasFailed = false;
 thread_local int uncounted = 0;
+thread_local std::size_t allocated = 0;
 
 void* Allocate(std::size_t size) noexcept {
   if (uncounted == 0 && remaining > 0 && --remaining == 0) {
     hasFailed = true;
     return nullptr;
   }
+  allocated += size;
   return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -33,6 +34,8 @@ FailingAllocation::FailingAllocation(int nth) {
 }
 FailingAllocation::~FailingAllocation() { remaining = 0; }
 bool FailingAllocation::HasFailed() const { return hasFailed; }
+
+std::size_t AllocatedBytes() { return allocated; }
 
 Uncounted::Uncounted() { ++uncounted; }
 Uncounted::~Uncounted() { --uncounted; }

@@ -2,6 +2,8 @@
 #ifndef TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 #define TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 
+#include <cstddef>
+
 namespace memory_host {
 
 // While it lives, the `nth` allocation (from 1) fails, once. One at a time, on one thread.
@@ -24,6 +26,9 @@ class Uncounted {
   Uncounted& operator=(const Uncounted&) = delete;
   ~Uncounted();
 };
+
+// The bytes that this thread has allocated so far, whether they were freed since or not.
+std::size_t AllocatedBytes();
 
 }  // namespace memory_host
 

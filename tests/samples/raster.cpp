@@ -160,11 +160,11 @@ void JpegSamples(Table& table) {
 void PaintEpsSamples(Table& table) {
   table.Add("paint EPS", 0x0324,
             {PaintEps("Tavon PIXEL-FORGE 7"), PaintEps("Tavon PIXEL-FORGE-Pro 10"), DOS_EPS + "Tavon PIXEL-FORGE 9",
-             PaintEps("Tavon PIXEL-FORGE" + Fill(242, ' ') + "9")},
+             PaintEps("Tavon PIXEL-FORGE" + Fill(242, ' ') + "9"), PaintEps("Tavon PIXEL-FORGE\t\v\f\r\n+2147483648")},
             {PaintEps("Tavon PIXEL-FORGE 6.9"), PaintEps("Tavon PIXEL-FORGE Pro 10"), PaintEps("Tavon PIXEL-FORGE 5\nTavon PIXEL-FORGE 9"),
              PaintEps("Tavon PIXEL-FORG"), PaintEps("Tavon PIXEL-FORGE 9\nPlateFile:"), "%!PS %%BoundingBox Tavon PIXEL-FORGE 9",
              " %!" + PaintEps("Tavon PIXEL-FORGE 9"), PaintEps("Tavon PIXEL-FORGE" + Fill(243, ' ') + "9"), PaintEps("Tavon PIXEL-FORGE" + "\0 9"s),
-             "%!%%BoundingB"});
+             "%!%%BoundingB", PaintEps("Tavon PIXEL-FORGE -2147483649"), PaintEps("Tavon PIXEL-FORGE +-8")});
 }
 
 // The decoder is a module: without it the row is always no.
