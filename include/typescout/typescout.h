@@ -18,18 +18,19 @@
 // accepted; a longer path opens nothing. Only regular files are opened, and opening never waits.
 // No file is ever written to.
 //
-// Modules. Two rows ask other modules of the suite when these are installed: 0x0337 (camera raw)
-// the module DCRaw beside this library, 0x0535 (PDF) the module TvnPDFImport in the filters folder,
-// which is the environment's TVN_FILTERS_DIR or else the folder `filters` beside this library. Such
-// a module is loaded into the calling process and runs there, on the calling thread. Without them
-// no file is camera raw, and every PDF file is 0x0535.
+// Modules. Two rows ask another module of the suite when it is installed: 0x0337 (camera raw) the
+// module DCRaw beside this library, 0x0535 (PDF) the module TvnPDFImport in the folder `filters`
+// beside it or in the one that the environment variable TVN_FILTERS_DIR names. The variable must
+// hold an absolute path and is ignored in a setuid program. A module is loaded into the calling
+// process and runs there, on the calling thread. On Unix-like systems it is not loaded when anybody
+// but root and the effective user may change or replace it. Without the modules no file is camera
+// raw, and every PDF file is 0x0535.
 //
 // Exceptions. When a GIF file becomes shorter while it is examined, the four functions that take a
 // path throw the int 0, with everything released. What a module throws passes through likewise.
 // Nothing else is thrown. On Windows the int can be caught as such by programs built with
 // mingw-w64's g++; programs built with another compiler see the structured exception 0x20474343
-// (__try,
-// __except), with everything released too.
+// (__try, __except), with everything released too.
 //
 // The examples below are parts of examples/functions.cpp, which the tests compile and run.
 #ifndef TYPESCOUT_TYPESCOUT_H
