@@ -58,7 +58,7 @@ def main():
     folder = pathlib.Path(sys.argv[4])
     means = {name: compare[name]["mean"] for name in COLOURS}
     text = ["# What it costs", "",
-            "Written by `./bench`, which measures everything below in one run; figures in microseconds.",
+            "Written by `benchmarks/run`, which measures everything below in one run; figures in microseconds.",
             "", "## A file", "",
             f"Over the same {compare['files']:,} files of one machine, each file's fastest of five rounds:",
             "", "| | mean | median | 99 % below | largest | mean, floor = 1 |",

@@ -122,6 +122,8 @@ constexpr auto TABLE = std::to_array<Filter>({
 });
 // clang-format on
 
+int IdOf(int row) { return TABLE[static_cast<std::size_t>(row)].id; }
+
 // Reported by the library for a compound document of its class; no row of the registry.
 constexpr Filter DRAWING_OBJECT = {
     0x0706, "drawing-object", "Drawing object in a compound document", "", "", SIGNATURE, {}};
@@ -152,7 +154,8 @@ constexpr std::size_t CountExtensions() {
   std::size_t count = 0;
   for (const Filter& filter : TABLE) {
     if (filter.extensions.empty()) continue;
-    count += 1 + static_cast<std::size_t>(std::ranges::count(filter.extensions, ' '));
+    count += 1 + static_cast<std::size_t>(
+                     std::count(filter.extensions.begin(), filter.extensions.end(), ' '));
   }
   return count;
 }
@@ -167,15 +170,24 @@ constexpr auto NAMED_ROWS = [] {
       words.remove_prefix(std::min(end + 1, words.size()));
     }
   }
-  std::ranges::sort(named, [](const NamedRow& a, const NamedRow& b) {
+  std::sort(named.begin(), named.end(), [](const NamedRow& a, const NamedRow& b) {
     return std::tie(a.extension, a.row) < std::tie(b.extension, b.row);
   });
   return named;
 }();
 
 std::span<const NamedRow> RowsWith(std::string_view extension) {
-  const auto rows = std::ranges::equal_range(NAMED_ROWS, extension, {}, &NamedRow::extension);
-  return {rows.begin(), rows.end()};
+  struct Order {
+    bool operator()(const NamedRow& row, std::string_view text) const {
+      return row.extension < text;
+    }
+    bool operator()(std::string_view text, const NamedRow& row) const {
+      return text < row.extension;
+    }
+  };
+  const auto [first, last] =
+      std::equal_range(NAMED_ROWS.begin(), NAMED_ROWS.end(), extension, Order());
+  return {first, last};
 }
 
 template <typename Test>
@@ -188,8 +200,6 @@ const Filter* FindIf(Test test) {
 bool Contains(std::span<const int> ids, int id) {
   return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
-
-int IdOf(int row) { return TABLE[static_cast<std::size_t>(row)].id; }
 
 bool IsMorePrecise(const Filter& filter, const Filter& answer) {
   const auto* pair = std::find_if(MORE_PRECISE.begin(), MORE_PRECISE.end(),
@@ -251,9 +261,9 @@ std::string ExtensionOf(std::string_view path) {
 }
 
 bool HasExtension(const Filter& filter, std::string_view extension) {
-  return std::ranges::any_of(RowsWith(extension), [&filter](const NamedRow& named) {
-    return TABLE[static_cast<std::size_t>(named.row)].id == filter.id;
-  });
+  const auto rows = RowsWith(extension);
+  return std::any_of(rows.begin(), rows.end(),
+                     [&filter](const NamedRow& named) { return IdOf(named.row) == filter.id; });
 }
 
 std::string_view UsualExtension(const Filter& filter) {
@@ -266,7 +276,8 @@ std::vector<int> RowsThatDescribeBetter(const Filter& answer, std::string_view e
   if (answerRow < 0) return {};
   const bool isAnswerNamed = HasExtension(answer, extension);
   const auto isNamed = [named = RowsWith(extension)](int row) {
-    return std::ranges::find(named, row, &NamedRow::row) != named.end();
+    return std::any_of(named.begin(), named.end(),
+                       [row](const NamedRow& other) { return other.row == row; });
   };
 
   std::vector<int> rows;
@@ -283,18 +294,21 @@ std::vector<int> RowsThatDescribeBetter(const Filter& answer, std::string_view e
   if (asked.empty()) {
     for (int row = answerRow + 1; row < static_cast<int>(TABLE.size()); ++row) consider(row);
   } else {
-    std::for_each(std::ranges::find(asked, answer.id, IdOf), asked.end(), consider);
+    const auto isAnswer = [&answer](int row) { return IdOf(row) == answer.id; };
+    std::for_each(std::find_if(asked.begin(), asked.end(), isAnswer), asked.end(), consider);
   }
-  std::ranges::sort(rows, {}, [&isNamed](int row) {
+  const auto order = [&isNamed](int row) {
     const Evidence evidence = TABLE[static_cast<std::size_t>(row)].evidence;
     return std::tuple(-static_cast<int>(evidence), !isNamed(row), row);
-  });
+  };
+  std::sort(rows.begin(), rows.end(), [&order](int a, int b) { return order(a) < order(b); });
   return rows;
 }
 
 std::string_view ExpectedExtension(const Filter& best, std::string_view extension) {
   if (extension.empty() || HasExtension(best, extension)) return {};
-  const bool isTextual = std::ranges::all_of(RowsWith(extension), [](const NamedRow& named) {
+  const auto rows = RowsWith(extension);
+  const bool isTextual = std::all_of(rows.begin(), rows.end(), [](const NamedRow& named) {
     return TABLE[static_cast<std::size_t>(named.row)].mime.starts_with("text/");
   });
   return best.evidence == TEXT && isTextual ? std::string_view() : UsualExtension(best);

@@ -7,6 +7,7 @@
 #define TYPESCOUT_CORE_BYTE_VIEW_H
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,10 +23,6 @@ constexpr bool IsAsciiDigit(std::uint8_t byte) { return byte >= '0' && byte <= '
 constexpr bool IsAsciiUpper(std::uint8_t byte) { return byte >= 'A' && byte <= 'Z'; }
 constexpr bool IsAsciiLetter(std::uint8_t byte) { return IsAsciiUpper(ToUpperAscii(byte)); }
 
-// The first occurrence of `text` in `bytes`, or std::string_view::npos. No input makes it slow: at
-// worst a small constant per byte.
-std::size_t FindText(std::string_view bytes, std::string_view text);
-
 class ByteView {
  public:
   using Position = std::int64_t;
@@ -36,6 +33,10 @@ class ByteView {
   // view.
   constexpr ByteView(const unsigned char* bytes, Position size)
       : bytes_(bytes), size_(std::max<Position>(size, 0)) {}
+  // The same of text.
+  explicit ByteView(std::string_view text)
+      : ByteView(reinterpret_cast<const unsigned char*>(text.data()),
+                 static_cast<Position>(text.size())) {}
 
   constexpr Position size() const { return size_; }
 
@@ -84,14 +85,38 @@ class ByteView {
     return hit == nullptr ? NOT_FOUND : static_cast<const unsigned char*>(hit) - bytes_;
   }
 
-  // The position of the first occurrence of `text` that lies wholly inside the view, or NOT_FOUND.
-  Position Find(std::string_view text) const {
-    const std::size_t hit = FindText(Text(), text);
-    return hit == std::string_view::npos ? NOT_FOUND : static_cast<Position>(hit);
+  // The first position where `length` (at least 1) bytes inside the view are `first` and then bytes
+  // for which `test(i, byte)` holds, i being 1, 2 and so on; NOT_FOUND when there is none.
+  //
+  // The bound: each byte is tested at most 2 * `length` times and passed to memchr once. After a
+  // false start the next 64 positions are tested together, without a branch on a byte's value, so
+  // that the compiler can test many at once.
+  template <typename Test>
+  Position FindSequence(std::uint8_t first, Position length, Test test) const {
+    const Position starts = size_ - length + 1;
+    for (Position at = Find(first); at != NOT_FOUND && at < starts; at = Find(first, at)) {
+      if (MatchesSequence(at, length, test)) return at;
+      ++at;
+      if (starts - at < BLOCK) continue;
+      const Position hit = FindInBlock(at, first, length, test);
+      if (hit < BLOCK) return at + hit;
+      at += BLOCK;
+    }
+    return NOT_FOUND;
   }
+
+  // The position of the first occurrence of `text` that lies wholly inside the view, or NOT_FOUND.
+  // An empty text stands at 0.
+  Position Find(std::string_view text) const;
 
   // The first `count` bytes, or all when there are fewer.
   constexpr ByteView First(Position count) const { return {bytes_, std::min(count, size_)}; }
+
+  // The bytes from `at` on, or none when there are fewer; `at` is not negative.
+  constexpr ByteView From(Position at) const {
+    const Position skipped = std::min(at, size_);
+    return {bytes_ + skipped, size_ - skipped};
+  }
 
   // The same bytes as text.
   std::string_view Text() const {
@@ -101,6 +126,38 @@ class ByteView {
   }
 
  private:
+  static constexpr Position BLOCK = 64;
+
+  template <typename Test>
+  bool MatchesSequence(Position at, Position length, Test test) const {
+    for (Position i = 1; i < length; ++i) {
+      if (!test(i, bytes_[at + i])) return false;
+    }
+    return true;
+  }
+
+  // FindSequence for the BLOCK positions from `at` on: the distance from `at`, or BLOCK. Most
+  // blocks are done after one group of tests.
+  template <typename Test>
+  Position FindInBlock(Position at, std::uint8_t first, Position length, Test test) const {
+    constexpr Position GROUP = 4;
+    std::array<std::uint8_t, std::size_t{BLOCK}> possible;
+    const unsigned char* const starts = bytes_ + at;
+    for (std::size_t i = 0; i < BLOCK; ++i) possible[i] = starts[i] == first;
+    for (Position tested = 1; tested < length;) {
+      for (const Position end = std::min(tested + GROUP, length); tested < end; ++tested) {
+        const unsigned char* const bytes = starts + tested;
+        for (std::size_t i = 0; i < BLOCK; ++i) {
+          possible[i] &= static_cast<std::uint8_t>(test(tested, bytes[i]));
+        }
+      }
+      std::uint8_t any = 0;
+      for (const std::uint8_t one : possible) any |= one;
+      if (any == 0) return BLOCK;
+    }
+    return std::find(possible.begin(), possible.end(), 1) - possible.begin();
+  }
+
   const unsigned char* bytes_ = nullptr;
   Position size_ = 0;
 };

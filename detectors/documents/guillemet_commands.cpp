@@ -11,16 +11,16 @@ constexpr std::uint8_t OPENING = 0xAE;
 constexpr std::uint8_t CLOSING = 0xAF;
 constexpr int ENOUGH = 2;  // signs of such commands
 
-// Where the next command starts at or after `at`: the opening byte and two capital letters; at
-// `limit` or beyond when there is none before it.
+// Where the next command starts at or behind `at` and before `limit`: the opening byte and two
+// capital letters; NOT_FOUND when there is none.
 Position NextCommand(ByteView head, Position at, Position limit) {
-  for (; at < limit; ++at) {
-    // A row of opening bytes is not worth a search for each.
-    if (head.U8(at) != OPENING) at = head.Find(OPENING, at);
-    if (at == ByteView::NOT_FOUND) return limit;
-    if (IsAsciiUpper(head.U8(at + 1)) && IsAsciiUpper(head.U8(at + 2))) return at;
-  }
-  return at;
+  constexpr Position LENGTH = 3;
+  const Position distance = head.First(limit + LENGTH - 1)
+                                .From(at)
+                                .FindSequence(OPENING, LENGTH, [](Position, std::uint8_t byte) {
+                                  return IsAsciiUpper(byte);
+                                });
+  return distance == ByteView::NOT_FOUND ? distance : at + distance;
 }
 
 // The command TS takes parameters: the commas and closing bytes among the six bytes behind its
@@ -55,7 +55,7 @@ std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   auto at = static_cast<std::uint16_t>(opening);
   for (int count = 0; count < ENOUGH;) {
     const Position command = NextCommand(head, at, limit);
-    if (command >= limit) return 0;
+    if (command == ByteView::NOT_FOUND) return 0;
     count += CountSeparators(head, command, limit);
     at = static_cast<std::uint16_t>(command + 1);
     if (closing == ByteView::NOT_FOUND) continue;

@@ -2,24 +2,22 @@
 //
 // A signature that ends in a byte other than zero needs no length test: beyond the end of the head
 // there are only zeros.
+#include "detectors/container_headers.h"
 #include "detectors/media/media.h"
 
 namespace typescout {
 namespace {
 
-// Resource Interchange File Format: Microsoft and IBM, Multimedia Programming Interface and Data
-// Specifications 1.0. Interchange File Format: Electronic Arts, EA IFF 85. Both name the kind of
-// file behind the first chunk's identifier and size.
-constexpr ByteView::Position FORM_TYPE = 8;
-
-bool IsRiff(ByteView head) { return head.Matches(0, "RIFF"); }
+// Interchange File Format: "FORM", the size of what follows, and the form type. Electronic Arts,
+// "EA IFF 85".
+constexpr ByteView::Position IFF_FORM_TYPE = 8;
 bool IsIff(ByteView head) { return head.Matches(0, "FORM"); }
 
 }  // namespace
 
 std::int32_t DetectAvi(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return IsRiff(head) && head.Matches(FORM_TYPE, "AVI ");
+  return IsRiff(head) && head.Matches(RIFF_FORM_TYPE, "AVI ");
 }
 
 // Animator animation, FLI or FLC: a header of 128 bytes with a magic number behind the file size.
@@ -39,7 +37,7 @@ std::int32_t DetectMpeg(const ProbeContext* probe) {
 
 std::int32_t DetectAnimatedCursor(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return IsRiff(head) && head.Matches(FORM_TYPE, "ACON");
+  return IsRiff(head) && head.Matches(RIFF_FORM_TYPE, "ACON");
 }
 
 // 3D metafile, binary or text, or a scene in the Virtual Reality Modeling Language (ISO/IEC 14772).
@@ -61,7 +59,7 @@ std::int32_t DetectHtml(const ProbeContext* probe) {
 
 std::int32_t DetectWave(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return IsRiff(head) && head.Matches(FORM_TYPE, "WAVE");
+  return IsRiff(head) && head.Matches(RIFF_FORM_TYPE, "WAVE");
 }
 
 std::int32_t DetectCreativeVoice(const ProbeContext* probe) {
@@ -71,18 +69,20 @@ std::int32_t DetectCreativeVoice(const ProbeContext* probe) {
 // Macintosh sound: by the type or the creator that its MacBinary header names.
 std::int32_t DetectMacBinarySound(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return head.size() >= 70 && (head.Matches(65, "sfil") || head.Matches(69, "jBox"));
+  return head.size() >= 70 &&
+         (head.Matches(MAC_BINARY_TYPE, "sfil") || head.Matches(MAC_BINARY_CREATOR, "jBox"));
 }
 
 // Audio Interchange File Format, plain or compressed. Apple, AIFF 1.3 and AIFF-C.
 std::int32_t DetectAiff(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return IsIff(head) && (head.Matches(FORM_TYPE, "AIFF") || head.Matches(FORM_TYPE, "AIFC"));
+  return IsIff(head) &&
+         (head.Matches(IFF_FORM_TYPE, "AIFF") || head.Matches(IFF_FORM_TYPE, "AIFC"));
 }
 
 std::int32_t Detect8Svx(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return IsIff(head) && head.Matches(FORM_TYPE, "8SVX");
+  return IsIff(head) && head.Matches(IFF_FORM_TYPE, "8SVX");
 }
 
 // Standard MIDI file, plain (its first track right behind the 14 bytes of the header chunk) or in
@@ -90,7 +90,7 @@ std::int32_t Detect8Svx(const ProbeContext* probe) {
 std::int32_t DetectMidi(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < 18) return 0;
-  return (IsRiff(head) && head.Matches(FORM_TYPE, "RMID")) ||
+  return (IsRiff(head) && head.Matches(RIFF_FORM_TYPE, "RMID")) ||
          (head.Matches(0, "MThd") && head.Matches(14, "MTrk"));
 }
 

@@ -1,6 +1,7 @@
 // The suite's own formats that a few bytes of the head, or a ZIP header and the file's name, tell.
 #include <cstring>
 
+#include "detectors/container_headers.h"
 #include "detectors/native/native.h"
 #include "host/graphics.h"
 #include "host/memory_stream.h"
@@ -8,13 +9,6 @@
 
 namespace typescout {
 namespace {
-
-// A RIFF header: the chunk identifier, its size, and the form type at offset 8. "Multimedia
-// Programming Interface and Data Specifications 1.0", chapter 2.
-constexpr ByteView::Position RIFF_HEADER_SIZE = 12;
-constexpr ByteView::Position RIFF_FORM_TYPE = 8;
-
-bool IsRiff(ByteView head) { return head.size() >= RIFF_HEADER_SIZE && head.Matches(0, "RIFF"); }
 
 // The signature of a local file header. PKWARE APPNOTE.TXT, 4.3.7.
 bool IsZip(ByteView head) { return head.Matches(0, "PK\x03\x04"); }

@@ -1,5 +1,6 @@
 // PostScript jobs and Encapsulated PostScript. Adobe Technical Note 5002, "Encapsulated PostScript
 // File Format Specification".
+#include "detectors/container_headers.h"
 #include "detectors/postscript/illustrator.h"
 #include "detectors/postscript/postscript.h"
 #include "detectors/postscript/text_lines.h"
@@ -46,8 +47,7 @@ std::int32_t DetectPostScript(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < MIN_SIZE) return 0;
   if (head.Matches(0, DOS_EPS_MAGIC)) return 1;
-  const bool isJob = head.U8(0) == 0x04 || head.Matches(0, "%!") || head.Matches(1, "%-12345");
-  return isJob && DetectIllustrator(probe) == 0;
+  return (head.Matches(0, "%!") || OpensPrinterJob(head)) && DetectIllustrator(probe) == 0;
 }
 
 }  // namespace typescout

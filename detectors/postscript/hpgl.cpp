@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 
+#include "detectors/container_headers.h"
 #include "detectors/postscript/postscript.h"
 
 namespace typescout {
@@ -137,9 +138,7 @@ class HpglWalk {
   }
 
   // Words that are no instructions are expected in a job that opens like a PostScript or PJL one.
-  Step AnswerToUnknown() const {
-    return head_.U8(0) == 0x04 || head_.Matches(1, "%-12345") ? Step::YES : Step::NO;
-  }
+  Step AnswerToUnknown() const { return OpensPrinterJob(head_) ? Step::YES : Step::NO; }
 
   // How many bytes the escape sequence at `at_` takes; at least those that are left when it does
   // not end.

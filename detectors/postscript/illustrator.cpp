@@ -5,31 +5,39 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <string_view>
 
+#include "detectors/container_headers.h"
 #include "detectors/postscript/postscript.h"
 #include "detectors/postscript/text_lines.h"
 
 namespace typescout {
 namespace {
 
-constexpr FilterId ILLUSTRATOR = 0x0503;
 constexpr std::size_t LINE_CAPACITY = 159;
 constexpr std::string_view END_SETUP = "%%EndSetup";
 
 bool Contains(std::string_view line, std::string_view text) {
-  return FindText(line, text) != std::string_view::npos;
+  return line.find(text) != std::string_view::npos;
 }
 
-// The decimal number around the first point of `text`; 0 when there is no point or no digit at it.
-double FirstNumberWithPoint(std::string_view text) {
+// Whether the number around the first point of `text` (digits, the point, digits) is above 0 and at
+// most 8.0. It counts as the double next to it.
+bool HasVersionAtMost8(std::string_view text) {
+  constexpr std::string_view DIGITS = "0123456789";
+  // 2 to the power of -50: up to here the double next to 8 and the fraction is 8.0.
+  constexpr std::string_view ROUNDED_OFF = "00000000000000088817841970012523233890533447265625";
   const std::size_t point = text.find('.');
-  if (point == std::string_view::npos) return 0.0;
-  std::size_t begin = point;
-  while (begin > 0 && IsAsciiDigit(static_cast<std::uint8_t>(text[begin - 1]))) --begin;
-  double number = 0.0;
-  std::from_chars(text.data() + begin, text.data() + text.size(), number, std::chars_format::fixed);
-  return number;
+  if (point == std::string_view::npos) return false;
+  std::string_view whole = text.substr(0, point);
+  whole.remove_prefix(whole.find_last_not_of(DIGITS) + 1);
+  whole.remove_prefix(std::min(whole.find_first_not_of('0'), whole.size()));
+  std::string_view fraction = text.substr(point + 1);
+  fraction = fraction.substr(0, fraction.find_first_not_of(DIGITS));
+  fraction = fraction.substr(0, fraction.find_last_not_of('0') + 1);
+  if (whole.empty()) return !fraction.empty();
+  if (whole == "8") return fraction <= ROUNDED_OFF;
+  return whole.size() == 1 && whole < "8";
 }
 
 // Whether the job switches its printer to PostScript and goes on with an Adobe one. Reads on while
@@ -67,14 +75,16 @@ class IllustratorMarks {
                MarkSearch(text, "A&L")} {}
 
   bool AreHopeless() const {
-    return std::ranges::all_of(marks_, [](const MarkSearch& mark) { return mark.IsHopeless(); });
+    return std::all_of(marks_.begin(), marks_.end(),
+                       [](const MarkSearch& mark) { return mark.IsHopeless(); });
   }
   std::size_t NextFrom(std::size_t position) {
     return std::min(
         {marks_[0].NextFrom(position), marks_[1].NextFrom(position), marks_[2].NextFrom(position)});
   }
   bool AreIn(std::string_view line) {
-    return std::ranges::any_of(marks_, [line](MarkSearch& mark) { return mark.IsIn(line); });
+    return std::any_of(marks_.begin(), marks_.end(),
+                       [line](MarkSearch& mark) { return mark.IsIn(line); });
   }
 
  private:
@@ -82,7 +92,7 @@ class IllustratorMarks {
 };
 
 // Whether an Illustrator mark and a bounding box stand in the lines from `line` on, up to the end
-// of the setup section. Lines without any of the marks are passed over unread.
+// of the setup section. Only lines that may change the answer are cut out and read.
 bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_view line) {
   MarkSearch box(text, "%%BoundingBox:");
   if (box.IsHopeless()) return false;
@@ -101,8 +111,10 @@ bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_vie
     if (markSeen && boxSeen) return true;
     if (endSetup.IsIn(line)) return false;
     const std::size_t position = lines->Position();
-    lines->SkipLinesBefore(
-        std::min({box.NextFrom(position), marks.NextFrom(position), endSetup.NextFrom(position)}));
+    std::size_t next = endSetup.NextFrom(position);
+    if (!boxSeen) next = std::min(next, box.NextFrom(position));
+    if (!markSeen) next = std::min(next, marks.NextFrom(position));
+    lines->SkipLinesBefore(next);
   } while (lines->ReadTextLine(&line));
   return false;
 }
@@ -120,8 +132,7 @@ bool IsCreatorVersionAtMost8(ByteView head) {
     if (creator.IsIn(line)) {
       std::string_view next;
       if (lines.ReadTextLine(&next) && Contains(next, "%%AI8_CreatorVersion:")) line = next;
-      const double version = FirstNumberWithPoint(line);
-      return version > 0.0 && version <= 8.0;
+      return HasVersionAtMost8(line);
     }
     if (endSetup.IsIn(line)) return false;
     const std::size_t position = lines.Position();

@@ -2,13 +2,12 @@
 #ifndef TYPESCOUT_DETECTORS_POSTSCRIPT_ILLUSTRATOR_H
 #define TYPESCOUT_DETECTORS_POSTSCRIPT_ILLUSTRATOR_H
 
-#include "core/byte_view.h"
+#include "core/probe_context.h"
 
 namespace typescout {
 
-// The start of a DOS EPS binary file: a header that tells where the PostScript text and a preview
-// picture lie. Adobe Technical Note 5002, "Encapsulated PostScript File Format Specification", 5.2.
-inline constexpr char DOS_EPS_MAGIC[] = "\xC5\xD0\xD3\xC6";
+// The filter of Illustrator documents that are PostScript.
+inline constexpr FilterId ILLUSTRATOR = 0x0503;
 
 // Whether the comments of the PostScript text `head` name a creator (not necessarily Illustrator)
 // whose version lies above 0 and is at most 8.0. The version is the first number with a point in

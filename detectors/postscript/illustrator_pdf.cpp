@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "detectors/postscript/ai_native_data.h"
+#include "detectors/postscript/illustrator.h"
 #include "detectors/postscript/postscript.h"
 #include "host/config.h"
 #include "host/library.h"
@@ -11,7 +12,6 @@
 namespace typescout {
 namespace {
 
-constexpr FilterId ILLUSTRATOR = 0x0503;
 constexpr FilterId FILTER_0519 = 0x0519;
 constexpr FilterId ILLUSTRATOR_PDF = 0x0535;
 

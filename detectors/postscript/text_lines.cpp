@@ -36,16 +36,9 @@ void TextLineReader::SkipLinesBefore(std::size_t position) {
   at_ = begin + (position - begin) / fullLine * fullLine;
 }
 
-MarkSearch::MarkSearch(std::string_view text, std::string_view mark)
-    : text_(text),
-      mark_(mark),
-      searcher_(mark.data(), mark.data() + mark.size()),
-      next_(std::min(FindText(text, mark), text.size())) {}
-
 void MarkSearch::SearchFrom(std::size_t position) {
-  const char* const begin = text_.data();
-  const char* const end = begin + text_.size();
-  next_ = static_cast<std::size_t>(searcher_(begin + position, end).first - begin);
+  const ByteView::Position hit = ByteView(text_.substr(position)).Find(mark_);
+  next_ = hit == ByteView::NOT_FOUND ? text_.size() : position + static_cast<std::size_t>(hit);
 }
 
 }  // namespace typescout

@@ -4,7 +4,6 @@
 #define TYPESCOUT_DETECTORS_POSTSCRIPT_TEXT_LINES_H
 
 #include <cstddef>
-#include <functional>
 #include <string_view>
 
 namespace typescout {
@@ -34,12 +33,13 @@ class TextLineReader {
   std::size_t at_ = 0;
 };
 
-// One mark, searched for ahead of the lines of one text. Each stretch of the text is searched once,
-// and no text makes it slow, however often the mark or parts of it stand there.
+// One mark, searched for ahead of the lines of one text. Each stretch of the text is searched once.
 class MarkSearch {
  public:
   // `text` and `mark` are kept alive by the caller; `mark` holds no line end.
-  MarkSearch(std::string_view text, std::string_view mark);
+  MarkSearch(std::string_view text, std::string_view mark) : text_(text), mark_(mark) {
+    SearchFrom(0);
+  }
 
   // Whether the mark is nowhere in the text (and so in no line of it). Before any other question.
   bool IsHopeless() const { return next_ == text_.size(); }
@@ -63,7 +63,6 @@ class MarkSearch {
 
   std::string_view text_;
   std::string_view mark_;
-  std::boyer_moore_horspool_searcher<const char*> searcher_;
   std::size_t next_;
 };
 

@@ -1,6 +1,7 @@
 // MacPaint, bare or behind a 128-byte MacBinary header: a 512-byte header, then scan lines of 576
 // one-bit pixels packed by PackBits. There is no magic number; the first scan line has to be
 // well-formed. Apple, "MacPaint Documents" (Macintosh Technical Note PT24) and TN1023 (PackBits).
+#include "detectors/container_headers.h"
 #include "detectors/raster/raster.h"
 
 namespace typescout {
@@ -8,13 +9,11 @@ namespace typescout {
 std::int32_t DetectMacPaint(const ProbeContext* probe) {
   constexpr int BYTES_A_LINE = 72;
   constexpr ByteView::Position HEADER = 512;
-  constexpr ByteView::Position MAC_BINARY_HEADER = 128;
-  constexpr ByteView::Position MAC_BINARY_FILE_TYPE = 65;
 
   const ByteView head = Head(probe);
   if (head.size() < 70 || head.U8(0) != 0) return 0;
-  const bool isWrapped = head.Matches(MAC_BINARY_FILE_TYPE, "PNTG");
-  ByteView::Position at = isWrapped ? MAC_BINARY_HEADER + HEADER : HEADER;
+  const bool isWrapped = head.Matches(MAC_BINARY_TYPE, "PNTG");
+  ByteView::Position at = isWrapped ? MAC_BINARY_SIZE + HEADER : HEADER;
 
   int decoded = 0;
   bool wasLiteral = false;

@@ -1,4 +1,5 @@
 // The raster formats that a few bytes at fixed places give away, in registry order.
+#include "detectors/container_headers.h"
 #include "detectors/raster/raster.h"
 #include "detectors/raster/windows_executable.h"
 
@@ -102,7 +103,7 @@ std::int32_t DetectPng(const ProbeContext* probe) {
 // WebP, a RIFF form. RFC 9649, section 2.4.
 std::int32_t DetectWebP(const ProbeContext* probe) {
   const ByteView head = Head(probe);
-  return head.size() >= 13 && head.Matches(0, "RIFF") && head.Matches(8, "WEBP");
+  return head.size() >= 13 && IsRiff(head) && head.Matches(RIFF_FORM_TYPE, "WEBP");
 }
 
 // A version word of 2 and, at 40, the big-endian single-precision number 1.8.

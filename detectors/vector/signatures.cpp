@@ -2,6 +2,7 @@
 //
 // A signature that ends in a byte other than zero needs no length test: beyond the end of the head
 // there are only zeros.
+#include "detectors/container_headers.h"
 #include "detectors/documents/scriptora_header.h"
 #include "detectors/stream_read.h"
 #include "detectors/vector/vector.h"
@@ -57,12 +58,11 @@ std::int32_t DetectFilter050B(const ProbeContext* probe) {
 // size and its frame; a MacBinary header of 128 bytes may stand before all of it. Inside Macintosh:
 // Imaging With QuickDraw, appendix A.
 std::int32_t DetectPict(const ProbeContext* probe) {
-  constexpr ByteView::Position MAC_BINARY = 128;
   constexpr ByteView::Position VERSION = 512 + 2 + 8;
   const ByteView head = Head(probe);
   // MacBinary opens with a zero byte and the length of the file's name.
   const bool isMacBinary = head.U8(0) == 0 && head.U8(1) != 0;
-  const ByteView::Position version = isMacBinary ? MAC_BINARY + VERSION : VERSION;
+  const ByteView::Position version = isMacBinary ? MAC_BINARY_SIZE + VERSION : VERSION;
   return head.Matches(version, "\x00\x11\x02\xFF") || head.Matches(version, "\x11\x01");
 }
 

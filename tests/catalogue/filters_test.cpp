@@ -49,10 +49,10 @@ const std::set<int> IDS_OF_OTHER_MODULES = {0x0713, 0x0701, 0x0702, 0x0337};
 // A file of three bytes may satisfy rows that the rows before them find too short.
 constexpr std::size_t SHORTEST_TGA = 4;
 
-std::vector<int> RowsAccepting(const tests::Sample& sample) {
+std::vector<int> RowsAccepting(const tests::File& file) {
   std::vector<int> rows;
   for (const Filter& filter : Filters()) {
-    if (tests::Ask(Row(RowOf(filter)).detect, sample) != 0) rows.push_back(RowOf(filter));
+    if (tests::Ask(Row(RowOf(filter)).detect, file) != 0) rows.push_back(RowOf(filter));
   }
   return rows;
 }
@@ -92,8 +92,7 @@ TEST(Catalogue, TellsTruthfullyWhoIsHidden) {
 
 // What a program does with the catalogue: asks all rows, then those that may describe better.
 int Best(const std::string& bytes, std::string_view name) {
-  const tests::Sample sample{"", nullptr, bytes, tests::YES};
-  const std::vector<int> rows = RowsAccepting(sample);
+  const std::vector<int> rows = RowsAccepting(bytes);
   if (rows.empty()) return 0;
   const Filter& answer = Filters()[static_cast<std::size_t>(rows.front())];
   for (const int row : RowsThatDescribeBetter(answer, ExtensionOf(name))) {
@@ -103,14 +102,14 @@ int Best(const std::string& bytes, std::string_view name) {
 }
 
 TEST(Catalogue, FindsWhatDescribesBest) {
-  using tests::Bytes;
+  using namespace std::string_literals;
   using tests::PadTo;
-  const std::string tiff = PadTo(64, Bytes("II*\0\x08\0\0\0"));
-  const std::string jpeg = Bytes("\xFF\xD8\xFF\xC0\0\x11\x08\0\1\0\1\3\1\x11\0\2\x11\0\3\x11\0");
-  const std::string icon = PadTo(64, Bytes("\0\0\1\0\1\0"));
-  const std::string cursor = PadTo(64, Bytes("\0\0\2\0\1\0"));
-  const std::string program = tests::Patch(PadTo(256, "MZ"), 60, Bytes("\x80"));
-  const std::string executable = tests::Patch(program, 128, Bytes("PE\0\0"));
+  const std::string tiff = PadTo(64, "II*\0\x08\0\0\0"s);
+  const std::string jpeg = "\xFF\xD8\xFF\xC0\0\x11\x08\0\1\0\1\3\1\x11\0\2\x11\0\3\x11\0"s;
+  const std::string icon = PadTo(64, "\0\0\1\0\1\0"s);
+  const std::string cursor = PadTo(64, "\0\0\2\0\1\0"s);
+  const std::string program = tests::Patch(PadTo(256, "MZ"), 60, "\x80"s);
+  const std::string executable = tests::Patch(program, 128, "PE\0\0"s);
   const struct {
     std::string_view name;
     std::string bytes;
@@ -123,11 +122,11 @@ TEST(Catalogue, FindsWhatDescribesBest) {
       {"favicon.tga", icon, 0x0310},
       {"pointer", cursor, 0x0311},
       {"picture.TGA", cursor, 0x0303},
-      {"table.wk1", PadTo(64, Bytes("\0\0\2\0\4\4")), 0x0812},
+      {"table.wk1", PadTo(64, "\0\0\2\0\4\4"s), 0x0812},
       {"tool", executable, 0x0312},
       {"tool.ico", executable, 0x0312},
       {"tool.sys", executable, 0x0312},
-      {"clip", PadTo(64, Bytes("\0\0\1\xBA")), 0x060F},
+      {"clip", PadTo(64, "\0\0\1\xBA"s), 0x060F},
       {"page.txt", "<title>A page</title>", 0x0615},
       {"notes", "plain words\r\n", 0x0903},
       {"notes.html", "plain words\r\n", 0x0903},

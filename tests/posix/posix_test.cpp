@@ -26,7 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string PNG = Bytes("\x89PNG\r\n\x1A\n");
+const std::string PNG = "\x89PNG\r\n\x1A\n"s;
 
 int OpenDescriptors() {
   int count = 0;
@@ -144,7 +144,7 @@ TEST_F(Posix, ReadsBeyondFourGigabytes) {
 TEST_F(Posix, LeavesNothingOpenForAnyAnswer) {
   folder_.Write("png", PNG);
   folder_.Write("text", "text\n");
-  folder_.Write("document", Bytes("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") + Fill(600));
+  folder_.Write("document", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"s + Fill(600));
   for (const char* name : {"png", "text", "document", "missing"}) Scan(name);
 }
 

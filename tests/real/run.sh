@@ -9,7 +9,7 @@ set -euo pipefail
 
 [ $# -eq 1 ] || { echo "usage: run.sh BUILD_FOLDER" >&2; exit 64; }
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-. "$here/../../.ci/packages.sh"
+. "$here/../../tools/need.sh"
 program=$(cd "$1" && pwd)/typescout
 files=${program%/*}/real-files
 [ -x "$program" ] || { echo "run.sh: there is no $program" >&2; exit 66; }

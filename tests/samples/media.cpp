@@ -1,109 +1,38 @@
 // Video, animation, sound, web pages and 3D scenes.
-#include "detectors/media/media.h"
-
 #include "tests/samples/sample.h"
 
 namespace typescout::tests {
 
-std::vector<Sample> MediaSamples() {
+void MediaSamples(Table& table) {
   const std::string flic = Patch(Fill(128), 4, "\x12\xAF");
   const std::string midi = "MThd" + Fill(10) + "MTrk";
   const std::string sun = ".snd" + Fill(8) + Fill(3);  // the encoding's last byte is missing
   const std::string swappedSun = "dns." + Fill(8);     // the encoding is missing
-  const std::string oldSun = Bytes(".sd\0") + Fill(11);
-  const std::string swappedOldSun = Bytes("\0ds.") + Fill(8);
-  return {
-      {"AVI", DetectAvi, "RIFF....AVI ", YES},
-      {"AVI cut", DetectAvi, "RIFF....AVI", NO},
-      {"AVI form, no RIFF", DetectAvi, "RIFX....AVI ", NO},
-
-      {"FLIC FLC", DetectFlic, flic, YES},
-      {"FLIC FLI", DetectFlic, Patch(flic, 4, "\x11"), YES},
-      {"FLIC 0xAF10", DetectFlic, Patch(flic, 4, "\x10"), NO},
-      {"FLIC 0xAF13", DetectFlic, Patch(flic, 4, "\x13"), NO},
-      {"FLIC in the other byte order", DetectFlic, Patch(flic, 4, "\xAF\x12"), NO},
-      {"FLIC of 127 bytes", DetectFlic, flic.substr(0, 127), NO},
-
-      {"MPEG pack", DetectMpeg, PadTo(12, Bytes("\0\0\x01\xBA")), YES},
-      {"MPEG pack of 11 bytes", DetectMpeg, PadTo(11, Bytes("\0\0\x01\xBA")), NO},
-      {"MPEG sequence", DetectMpeg, PadTo(12, Bytes("\0\0\x01\xB3")), YES},
-      {"MPEG audio FF FB", DetectMpeg, PadTo(12, "\xFF\xFB"), YES},
-      {"MPEG audio FF F0", DetectMpeg, PadTo(12, "\xFF\xF0"), YES},
-      {"MPEG audio FF EF", DetectMpeg, PadTo(12, "\xFF\xEF"), NO},
-      {"MPEG audio FE FB", DetectMpeg, PadTo(12, "\xFE\xFB"), NO},
-
-      {"Animated cursor", DetectAnimatedCursor, "RIFF....ACON", YES},
-      {"Animated cursor cut", DetectAnimatedCursor, "RIFF....ACO", NO},
-      {"Animated cursor, no RIFF", DetectAnimatedCursor, "FORM....ACON", NO},
-
-      {"3DMF binary", Detect3dmfOrVrml, "3DMF", YES},
-      {"3DMF binary in lower case", Detect3dmfOrVrml, "3dmf", YES},
-      {"VRML", Detect3dmfOrVrml, "#VRML", YES},
-      {"VRML in lower case", Detect3dmfOrVrml, "#vrml", YES},
-      {"VRML cut", Detect3dmfOrVrml, "#VRM", NO},
-      {"3DMF text", Detect3dmfOrVrml, "3DMetafile", YES},
-      {"3DMF text in lower case", Detect3dmfOrVrml, "3dmetafile", YES},
-
-      {"HGB1", DetectHgb1, "HGB1", YES},
-      {"HGB1 as HGB3", DetectHgb1, "HGB3", NO},
-
-      {"HTML title in upper case", DetectHtml, "<TITLE>", YES},
-      {"HTML title in lower case", DetectHtml, "<title>", YES},
-      {"HTML title in mixed case", DetectHtml, "<Title>", NO},
-      {"HTML title with a space", DetectHtml, "<title >", NO},
-      {"HTML title cut", DetectHtml, "<title", NO},
-      {"HTML title at 1017", DetectHtml, Fill(1'017, '<') + "<TITLE>" + Fill(976, 'x'), YES},
-      {"HTML title at 1018", DetectHtml, Fill(1'018, '<') + "<TITLE>" + Fill(975, 'x'), NO},
-      {"HTML small title at 1017", DetectHtml, Fill(1'017, ' ') + "<title>" + Fill(976, 'x'), YES},
-      {"HTML small title at 1018", DetectHtml, Fill(1'018, ' ') + "<title>" + Fill(975, 'x'), NO},
-
-      {"WAVE", DetectWave, "RIFF....WAVE", YES},
-      {"WAVE cut", DetectWave, "RIFF....WAV", NO},
-      {"WAVE, no RIFF", DetectWave, "RIFX....WAVE", NO},
-
-      {"Creative Voice", DetectCreativeVoice, "Creative Voice File", YES},
-      {"Creative Voice cut", DetectCreativeVoice, "Creative Voice Fil", NO},
-
-      {"MacBinary sfil", DetectMacBinarySound, Fill(65) + "sfil" + Fill(1), YES},
-      {"MacBinary sfil, 69 bytes", DetectMacBinarySound, Fill(65) + "sfil", NO},
-      {"MacBinary sfim", DetectMacBinarySound, Fill(65) + "sfim" + Fill(1), NO},
-      {"MacBinary jBox", DetectMacBinarySound, Fill(69) + "jBox", YES},
-      {"MacBinary jBox, cut", DetectMacBinarySound, Fill(69) + "jBo", NO},
-
-      {"AIFF", DetectAiff, "FORM....AIFF", YES},
-      {"AIFF-C", DetectAiff, "FORM....AIFC", YES},
-      {"AIFF cut", DetectAiff, "FORM....AIF", NO},
-      {"AIFF, no FORM", DetectAiff, "RIFF....AIFF", NO},
-
-      {"8SVX", Detect8Svx, "FORM....8SVX", YES},
-      {"8SVX cut", Detect8Svx, "FORM....8SV", NO},
-      {"8SVX, no FORM", Detect8Svx, "LIST....8SVX", NO},
-
-      {"MIDI", DetectMidi, midi, YES},
-      {"MIDI cut", DetectMidi, midi.substr(0, 17), NO},
-      {"MIDI with a track 4 bytes on", DetectMidi, "MThd" + Fill(14) + "MTrk", NO},
-      {"MIDI without a header", DetectMidi, Patch(midi, 0, "MThe"), NO},
-      {"MIDI in RIFF", DetectMidi, PadTo(18, "RIFF....RMID"), YES},
-      {"MIDI in RIFF of 17 bytes", DetectMidi, PadTo(17, "RIFF....RMID"), NO},
-      {"MIDI in another container", DetectMidi, PadTo(18, "FORM....RMID"), NO},
-      {"MIDI in RIFF, other form", DetectMidi, PadTo(18, "RIFF....RMIE"), NO},
-
-      {"Sun audio 1", DetectSunAudio, sun + "\x01", YES},
-      {"Sun audio 2", DetectSunAudio, sun + "\x02", YES},
-      {"Sun audio 3", DetectSunAudio, sun + "\x03", YES},
-      {"Sun audio 0", DetectSunAudio, sun + Fill(1), NO},
-      {"Sun audio 4", DetectSunAudio, sun + "\x04", NO},
-      {"Sun audio 0x101", DetectSunAudio, Patch(sun, 14, "\x01\x01"), NO},
-      {"Sun audio, old magic", DetectSunAudio, oldSun + "\x01", YES},
-      {"Sun audio, magic cut", DetectSunAudio, Patch(oldSun, 3, ".") + "\x01", NO},
-      {"Swapped Sun audio 1, cut behind the encoding's first byte", DetectSunAudio, swappedSun + "\x01", YES},
-      {"Swapped Sun audio 3", DetectSunAudio, swappedSun + Bytes("\x03\0\0\0"), YES},
-      {"Swapped Sun audio 0", DetectSunAudio, swappedSun + Fill(4), NO},
-      {"Swapped Sun audio 4", DetectSunAudio, swappedSun + Bytes("\x04\0\0\0"), NO},
-      {"Swapped Sun audio in the other byte order", DetectSunAudio, swappedSun + Bytes("\0\0\0\x03"), NO},
-      {"Swapped Sun audio, old magic", DetectSunAudio, swappedOldSun + "\x01", YES},
-      {"Swapped Sun audio, no magic", DetectSunAudio, Patch(swappedOldSun, 1, "e") + "\x01", NO},
-  };
+  const std::string oldSun = ".sd\0"s + Fill(11);
+  const std::string swappedOldSun = "\0ds."s + Fill(8);
+  table.Add("AVI", 0x0600, {"RIFF....AVI "}, {"RIFF....AVI", "RIFX....AVI "});
+  table.Add("FLIC", 0x0607, {flic, Patch(flic, 4, "\x11")},
+            {Patch(flic, 4, "\x10"), Patch(flic, 4, "\x13"), Patch(flic, 4, "\xAF\x12"), flic.substr(0, 127)});
+  table.Add("MPEG", 0x060F, {PadTo(12, "\0\0\x01\xBA"s), PadTo(12, "\0\0\x01\xB3"s), PadTo(12, "\xFF\xFB"), PadTo(12, "\xFF\xF0")},
+            {PadTo(11, "\0\0\x01\xBA"s), PadTo(12, "\xFF\xEF"), PadTo(12, "\xFE\xFB")});
+  table.Add("animated cursor", 0x0614, {"RIFF....ACON"}, {"RIFF....ACO", "FORM....ACON"});
+  table.Add("3DMF or VRML", 0x0617, {"3DMF", "3dmf", "#VRML", "#vrml", "3DMetafile", "3dmetafile"}, {"#VRM"});
+  table.Add("HGB1", 0x060B, {"HGB1"}, {"HGB3"});
+  table.Add("HTML", 0x0615, {"<TITLE>", "<title>", Fill(1'017, '<') + "<TITLE>" + Fill(976, 'x'), Fill(1'017, ' ') + "<title>" + Fill(976, 'x')},
+            {"<Title>", "<title >", "<title", Fill(1'018, '<') + "<TITLE>" + Fill(975, 'x'), Fill(1'018, ' ') + "<title>" + Fill(975, 'x')});
+  table.Add("WAVE", 0x0601, {"RIFF....WAVE"}, {"RIFF....WAV", "RIFX....WAVE"});
+  table.Add("Creative Voice", 0x0602, {"Creative Voice File"}, {"Creative Voice Fil"});
+  table.Add("MacBinary sound", 0x0608, {Fill(65) + "sfil" + Fill(1), Fill(69) + "jBox"},
+            {Fill(65) + "sfil", Fill(65) + "sfim" + Fill(1), Fill(69) + "jBo"});
+  table.Add("AIFF", 0x0609, {"FORM....AIFF", "FORM....AIFC"}, {"FORM....AIF", "RIFF....AIFF"});
+  table.Add("8SVX", 0x060A, {"FORM....8SVX"}, {"FORM....8SV", "LIST....8SVX"});
+  table.Add("MIDI", 0x0611, {midi, PadTo(18, "RIFF....RMID")},
+            {midi.substr(0, 17), "MThd" + Fill(14) + "MTrk", Patch(midi, 0, "MThe"), PadTo(17, "RIFF....RMID"), PadTo(18, "FORM....RMID"),
+             PadTo(18, "RIFF....RMIE")});
+  table.Add("Sun audio", 0x0613,
+            {sun + "\x01", sun + "\x02", sun + "\x03", oldSun + "\x01", swappedSun + "\x01", swappedSun + "\x03\0\0\0"s, swappedOldSun + "\x01"},
+            {sun + Fill(1), sun + "\x04", Patch(sun, 14, "\x01\x01"), Patch(oldSun, 3, ".") + "\x01", swappedSun + Fill(4),
+             swappedSun + "\x04\0\0\0"s, swappedSun + "\0\0\0\x03"s, Patch(swappedOldSun, 1, "e") + "\x01"});
 }
 
 }  // namespace typescout::tests

@@ -10,42 +10,37 @@
 
 namespace typescout::tests {
 
-void LayOut(const Sample& sample) {
+void LayOut(const File& file) {
   memory_host::Reset();
   memory_host::Machine& machine = memory_host::TheMachine();
-  machine.files[sample.path] = sample.bytes;
-  if (!sample.streams.empty()) {
-    machine.documents[sample.path] = {.classId = {}, .streams = sample.streams};
+  machine.files[file.path] = file.bytes;
+  if (!file.streams.empty()) {
+    machine.documents[file.path] = {.classId = {}, .streams = file.streams};
   }
 }
 
-std::int32_t AskAboutHead(Detector detector, const Sample& sample, std::size_t headLength) {
+std::int32_t AskAboutHead(Detector detector, const File& file, std::size_t headLength) {
   const std::size_t length =
-      std::min({headLength, sample.bytes.size(), static_cast<std::size_t>(HEAD_CAPACITY)});
+      std::min({headLength, file.bytes.size(), static_cast<std::size_t>(HEAD_CAPACITY)});
   const auto head = std::make_unique<unsigned char[]>(length);
-  std::copy_n(sample.bytes.begin(), length, head.get());
-  const InterfaceOwner<IStorage> storage = OpenCompoundFile(sample.path.c_str());
-  FileContext file;
-  file.requestedFilterId = sample.requested;
-  const ProbeContext probe = {.head = head.get(),
-                              .headLength = static_cast<std::int32_t>(length),
-                              .path = sample.path.c_str(),
-                              .classId = {},
-                              .storage = storage.get(),
-                              .file = &file};
+  std::copy_n(file.bytes.begin(), length, head.get());
+  FileContext context;
+  context.requestedFilterId = file.requested;
+  const ProbeContext probe = {
+      .head = head.get(),
+      .headLength = static_cast<std::int32_t>(length),
+      .path = file.path.c_str(),
+      .classId = {},
+      .storage = context.probed.Document(file.path.c_str(), ProbedFile::WhenLocked::SHARE),
+      .file = &context};
   return detector(&probe);
 }
 
-std::int32_t Ask(Detector detector, const Sample& sample) {
-  LayOut(sample);
-  const std::int32_t answer = AskAboutHead(detector, sample, sample.bytes.size());
-  EXPECT_EQ(memory_host::TheMachine().OpenObjects(), 0) << sample.name << " left something open";
+std::int32_t Ask(Detector detector, const File& file) {
+  LayOut(file);
+  const std::int32_t answer = AskAboutHead(detector, file, file.bytes.size());
+  EXPECT_EQ(memory_host::TheMachine().OpenObjects(), 0) << file.bytes.substr(0, 60);
   return answer;
-}
-
-std::int32_t Ask(Detector detector, const std::string& bytes) {
-  return Ask(detector,
-             Sample{.name = "bytes", .detector = detector, .bytes = bytes, .verdict = NO});
 }
 
 }  // namespace typescout::tests

@@ -64,16 +64,37 @@ TEST(ByteView, FindsBytesInside) {
   EXPECT_EQ(ByteView().Find("x"), ByteView::NOT_FOUND);
 }
 
-TEST(FindText, AgreesWithThePlainSearch) {
+TEST(ByteView, FindsTextAsThePlainSearchDoes) {
   std::mt19937 random(1);
   for (int round = 0; round < 20'000; ++round) {
-    // Few letters, so that false starts abound and the second method takes over.
-    std::string bytes(random() % 200, '\0');
+    // Few letters, so that false starts abound; longer than the blocks that are searched as a
+    // whole.
+    std::string bytes(random() % 300, '\0');
     for (char& c : bytes) c = static_cast<char>('a' + random() % 2);
-    std::string text(random() % 8, '\0');
+    std::string text(random() % 12, '\0');
     for (char& c : text) c = static_cast<char>('a' + random() % 2);
     if (random() % 4 == 0) bytes += text;
-    ASSERT_EQ(FindText(bytes, text), bytes.find(text)) << "'" << text << "' in '" << bytes << "'";
+    const auto block = Block(bytes);
+    const std::size_t hit = bytes.find(text);
+    ASSERT_EQ(View(block).Find(text),
+              hit == std::string::npos ? ByteView::NOT_FOUND : static_cast<std::int64_t>(hit))
+        << "'" << text << "' in '" << bytes << "'";
+  }
+}
+
+// Whatever the bytes are. See the bound at FindSequence.
+TEST(ByteView, TestsEachByteABoundedNumberOfTimes) {
+  constexpr ByteView::Position LENGTH = 17;
+  for (const std::string unit : {"a", "aaaaaaaaaaaaaaaab", "ab", "aab", "aaaaaaaab"}) {
+    std::string bytes;
+    while (bytes.size() < 50'000) bytes += unit;
+    const auto block = Block(bytes);
+    std::int64_t tests = 0;
+    View(block).FindSequence('a', LENGTH, [&tests](std::int64_t i, std::uint8_t byte) {
+      ++tests;
+      return i < LENGTH - 1 ? byte == 'a' : byte == '!';
+    });
+    EXPECT_LE(tests, 2 * LENGTH * static_cast<std::int64_t>(bytes.size())) << unit;
   }
 }
 

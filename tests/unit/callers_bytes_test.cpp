@@ -18,9 +18,9 @@ class CallersBytes : public OnTheMachine {
 };
 
 TEST_F(CallersBytes, StandBesideAStream) {
-  const std::string record = Bytes("\0\0\x02\0......");
+  const std::string record = "\0\0\x02\0......"s;
   EXPECT_FALSE(Check(0x0813, record));
-  TheMachine().documents[PATH].streams = {{L"ScriptoraDesk_MAIN", Bytes("....\x07\x10....")}};
+  TheMachine().documents[PATH].streams = {{L"ScriptoraDesk_MAIN", "....\x07\x10...."s}};
   EXPECT_TRUE(Check(0x0813, record));
   EXPECT_FALSE(Check(0x0813, record, L"other"));
 }
@@ -28,7 +28,7 @@ TEST_F(CallersBytes, StandBesideAStream) {
 TEST_F(CallersBytes, AreNotWhatTextAndWordRowsLookAt) {
   const std::string text = "text";
   for (const int id : {0x0900, 0x0901, 0x0902, 0x0903, 0x0904}) EXPECT_FALSE(Check(id, text)) << id;
-  TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, Bytes("\xEC\xA5\xC1\0"))}};
+  TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, "\xEC\xA5\xC1\0"s)}};
   EXPECT_TRUE(Check(0x0814, ""));
   EXPECT_FALSE(Check(0x0801, ""));
 }
@@ -77,7 +77,7 @@ TEST_F(CallersBytes, EndWhereAWalkGoesOn) {
   EXPECT_TRUE(Check(0x0505, fillers));
   EXPECT_TRUE(Check(0x0505, Patch(fillers, 69'996, "\x02.\x01\x7E")));
   EXPECT_FALSE(Check(0x0505, Patch(fillers, 69'996, "\x02.\x04\x7E")));
-  EXPECT_TRUE(Check(0x0500, Bytes("\0\x20") + Fill(69'998)));
+  EXPECT_TRUE(Check(0x0500, "\0\x20"s + Fill(69'998)));
   EXPECT_FALSE(Check(0x0500, Fill(70'000, ' ')));
 }
 

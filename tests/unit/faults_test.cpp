@@ -2,11 +2,9 @@
 // exception, and nothing stays open.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <string>
 
-#include "core/registry.h"
 #include "detectors/vector/vector.h"
 #include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
@@ -20,16 +18,10 @@ namespace {
 using memory_host::Call;
 using memory_host::TheMachine;
 
-FilterId FilterOf(const Sample& sample) {
-  return std::find_if(DetectorRegistry.begin(), DetectorRegistry.end(),
-                      [&](const DetectorEntry& row) { return row.detect == sample.detector; })
-      ->filterId;
-}
-
 // Asks about a sample that is laid out: the whole registry, or the sample's own row.
 int AskModule(const Sample& sample, bool wholeRegistry) {
   return wholeRegistry ? TypeScoutFile(sample.path.c_str())
-                       : CheckOneFilter(sample.path.c_str(), FilterOf(sample), sample.requested);
+                       : CheckOneFilter(sample.path.c_str(), sample.filter, sample.requested);
 }
 
 // Runs the question with the first, second, ... moment failing until there are no more moments.

@@ -36,13 +36,12 @@ class CameraRaw : public OnTheMachine {
  protected:
   static std::int32_t AskDecoder(const std::wstring& path, int answer,
                                  const char* functionName = "CheckForRaw") {
-    const Sample sample = {
-        .name = "raw", .detector = DetectCameraRaw, .bytes = "raw", .verdict = NO, .path = path};
-    LayOut(sample);
+    const File photo = Named(path, "raw");
+    LayOut(photo);
     TheMachine().modules[L"DCRaw"][functionName] = reinterpret_cast<void*>(CheckForRaw);
     decodersAnswer = answer;
     askedPath.clear();
-    return AskAboutHead(DetectCameraRaw, sample, sample.bytes.size());
+    return AskAboutHead(DetectCameraRaw, photo, photo.bytes.size());
   }
 };
 
@@ -133,8 +132,8 @@ void InsertChain(AINativeDataQuery* query, ModuleSetNode* ModuleSetNode::*side) 
   for (int i = 0; i < 200'000; ++i) link = &(Insert(*link, sentinel, u"")->*side);
 }
 
-std::int32_t AskNow(const Sample& sample) {
-  const std::int32_t answer = AskAboutHead(sample.detector, sample, sample.bytes.size());
+std::int32_t AskNow(const File& file, Detector detector = DetectIllustratorPdf) {
+  const std::int32_t answer = AskAboutHead(detector, file, file.bytes.size());
   EXPECT_EQ(TheMachine().OpenObjects(), 0);
   return answer;
 }
@@ -155,7 +154,7 @@ class IllustratorPdf : public OnTheMachine {
     return AskNow(pdf_);
   }
 
-  Sample pdf_{.name = "PDF", .detector = DetectIllustratorPdf, .bytes = "%PDF-1", .verdict = NO};
+  File pdf_ = "%PDF-1";
 };
 
 TEST_F(IllustratorPdf, FollowsTheModulesAnswer) {
@@ -271,17 +270,12 @@ TEST_F(IllustratorPdf, DoesNotLoadTheModuleInVain) {
 
 // The Illustrator row asks the same question first, and steps aside when the answer is yes.
 TEST_F(IllustratorPdf, DecidesForTheIllustratorRow) {
-  const Sample document{.name = "PDF with marks",
-                        .detector = DetectIllustrator,
-                        .bytes = "%PDF-1\nA&L %%BoundingBox:",
-                        .verdict = NO};
+  const File document = "%PDF-1\nA&L %%BoundingBox:";
   theModule.flags = 0x02;
-  EXPECT_EQ(AskNow(document), 0);
+  EXPECT_EQ(AskNow(document, DetectIllustrator), 0);
   theModule.flags = 0;
-  EXPECT_EQ(AskNow(document), 1);
-  Sample empty = document;
-  empty.bytes = "\r\n";
-  EXPECT_EQ(AskNow(empty), 0);
+  EXPECT_EQ(AskNow(document, DetectIllustrator), 1);
+  EXPECT_EQ(AskNow("\r\n", DetectIllustrator), 0);
   EXPECT_EQ(theModule.calls, 2);
 }
 

@@ -13,21 +13,21 @@ using memory_host::TheMachine;
 
 TEST(Budi, IsWhatTheGraphicsLibrarySays) {
   for (const bool answer : {true, false}) {
-    LayOut({.name = "", .detector = DetectBudi, .bytes = Bytes("\0any\0bytes"), .verdict = NO});
+    LayOut("\0any\0bytes");
     std::string seen;
     TheMachine().isBudi = [&](const std::string& bytes) {
       seen = bytes;
       return answer;
     };
     EXPECT_EQ(TypeScoutFile(L"sample"), answer ? 0x0713 : 0);
-    EXPECT_EQ(seen, Bytes("\0any\0bytes"));
+    EXPECT_EQ(seen, "\0any\0bytes"s);
     EXPECT_EQ(CheckOneFilter(L"sample", 0x0701, 0), answer);
     EXPECT_EQ(CheckOneFilter(L"sample", 0x0702, 0), answer);
   }
 }
 
 TEST(NativeDrawing, HasNoClassOfItsOwn) {
-  const std::string bytes = Bytes("RIFF\0\0\0\0VXR9");
+  const std::string bytes = "RIFF\0\0\0\0VXR9"s;
   ProbeContext probe = ProbeOf(bytes);
   EXPECT_NE(DetectNativeDrawing(&probe), 0);
   probe.classId.data1 = 1;
@@ -41,9 +41,9 @@ TEST(NativeDrawing, HasNoClassOfItsOwn) {
 std::string PaintTiff(std::size_t directory) {
   const auto name = static_cast<char>(directory + 14);
   const auto at = static_cast<char>(directory);
-  std::string tiff = Bytes("II\x2A\0") + at + Bytes("\0\0\0");
-  tiff = Patch(tiff, directory, Bytes("\x01\0\x31\x01\x02\0\x12\0\0\0") + name + Bytes("\0\0\0"));
-  return tiff + Bytes("Tavon PIXEL-FORGE\0");
+  std::string tiff = "II\x2A\0"s + at + "\0\0\0"s;
+  tiff = Patch(tiff, directory, "\x01\0\x31\x01\x02\0\x12\0\0\0"s + name + "\0\0\0"s);
+  return tiff + "Tavon PIXEL-FORGE\0"s;
 }
 
 class PaintImage : public OnTheMachine {
@@ -51,12 +51,10 @@ class PaintImage : public OnTheMachine {
   // What the row says when the call began with this head and the file holds these bytes now.
   static std::int32_t AskAboutFile(const std::string& head, const std::string& file,
                                    const std::vector<memory_host::Fault>& faults = {}) {
-    const Sample sample{
-        .name = "paint", .detector = DetectPaintImage, .bytes = head, .verdict = NO};
-    LayOut(sample);
+    LayOut(head);
     TheMachine().files[L"sample"] = file;
     TheMachine().faults = faults;
-    return AskAboutHead(DetectPaintImage, sample, head.size());
+    return AskAboutHead(DetectPaintImage, head, head.size());
   }
 };
 
@@ -64,10 +62,10 @@ TEST_F(PaintImage, ReadsItsTagFromTheFile) {
   const std::string tiff = PaintTiff(8);
   // Offsets are counted modulo 2^32: a directory at -2 has its first entry at 0, one at -6 its own
   // at -4, where no file has anything.
-  const std::string wrapped = Bytes("\x31\x01\x2A\0\xFE\xFF\xFF\xFF\x0C\0\0\0Tavon PIXEL-FORGE");
+  const std::string wrapped = "\x31\x01\x2A\0\xFE\xFF\xFF\xFF\x0C\0\0\0Tavon PIXEL-FORGE"s;
   // The first entry's value is a name that stands before the directory.
   const std::string nameFirst =
-      Bytes("II\x2A\0\x1A\0\0\0Tavon PIXEL-FORGE\0\x01\0\x31\x01\x02\0\x12\0\0\0\x08\0\0\0");
+      "II\x2A\0\x1A\0\0\0Tavon PIXEL-FORGE\0\x01\0\x31\x01\x02\0\x12\0\0\0\x08\0\0\0"s;
   const struct {
     const char* name;
     std::string head;
@@ -97,7 +95,7 @@ TEST_F(PaintImage, AnyFaultIsANo) {
 }
 
 TEST_F(PaintImage, LeavesTheFileAloneWithoutATiffHeader) {
-  for (const char* bytes : {"PXF9FILE1", "PXF9FILE", "some other file"}) {
+  for (const std::string& bytes : {"PXF9FILE1"s, "PXF9FILE"s, "some other file"s}) {
     Ask(DetectPaintImage, bytes);
     EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 0) << bytes;
   }

@@ -76,7 +76,7 @@ TEST(WindowsFile, ReadsBeyondFourGigabytes) {
 }
 
 constexpr int PNG = 0x0322;
-const std::string PNG_BYTES = Bytes("\x89PNG\r\n\x1A\n");
+const std::string PNG_BYTES = "\x89PNG\r\n\x1A\n"s;
 
 TEST(WindowsModule, TakesPathsAsWindowsWritesThem) {
   const TempFolder folder;
