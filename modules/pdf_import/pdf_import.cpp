@@ -30,7 +30,7 @@ bool HasIllustratorData(QPDFObjectHandle holder) {
     if (!holder.isDictionary()) return false;
   }
   for (const auto& [name, value] : holder.getDictAsMap()) {
-    if (name == "/AIMetaData" || name.starts_with("/AIPrivateData")) return true;
+    if (name == "/AIMetaData" || name.rfind("/AIPrivateData", 0) == 0) return true;
   }
   return false;
 }

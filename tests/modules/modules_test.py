@@ -50,7 +50,9 @@ class ModulesTest(unittest.TestCase):
 
     def test_camera_raw(self):
         check = self.load(DCRAW, 'CheckForRaw')
-        ask = lambda path: check(ctypes.c_wchar_p(path))
+
+        def ask(path):
+            return check(ctypes.c_wchar_p(path))
         paths = {name: self.write(name, content) for name, content in raw_files.FILES.items()}
         expected = {name: int(not name.endswith(('.tif', '.bin'))) for name in paths}
         self.assertEqual({name: ask(path) for name, path in paths.items()}, expected)

@@ -63,7 +63,8 @@ def with_many_zeros(count):
 def deep(levels):
     """The length of each stream is the length of the next."""
     return document((1, CATALOG), PAGES, (3, b'<</PieceInfo 10 0 R>>'), *[
-        (n, b'<</Length %d 0 R>>stream\nx\nendstream' % (n + 1)) for n in range(10, 10 + levels)])
+        (n, b'<</Filter/FlateDecode/Length %d 0 R>>stream\n%s\nendstream' % (n + 1, zlib.compress(b'')))
+        for n in range(10, 10 + levels)])
 
 
 def of_pages(count, last):
@@ -93,6 +94,8 @@ FILES = {
     'no-catalogue.pdf': (PLAIN.replace(b'/Root', b'/Soot'), None),
     'no-pages.pdf': (document((1, CATALOG)), None),
     'damaged-page.pdf': (PLAIN.replace(b'3 0 obj', b'3 0 xxx'), None),
+    'damaged-data.pdf': (document((1, CATALOG), PAGES, (3, b'<</PieceInfo 7 0 R>>'), (7, b'<<>>'))
+                         .replace(b'7 0 obj', b'7 0 xxx'), None),
     'header-only.pdf': (b'%PDF-1.7\n', None),
     'no-pdf.pdf': (bytes(100), None),
     # What would cost too much.
