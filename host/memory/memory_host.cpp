@@ -246,7 +246,10 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name) :
 }
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  Unload();
+  if (IsLoaded()) {
+    --TheMachine().loadedModules;
+    ++TheMachine().keptModules;
+  }
   delete module_;
 }
 
@@ -270,6 +273,7 @@ void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
+  Note(Call::UNLOAD_MODULE);
   if (!IsLoaded()) return false;
   module_->loaded = nullptr;
   --TheMachine().loadedModules;

@@ -29,6 +29,7 @@ enum class Call {
   READ_STREAM,
   LOAD_MODULE,
   FIND_SYMBOL,
+  UNLOAD_MODULE,  // never fails
 };
 
 struct Document {
@@ -75,6 +76,7 @@ struct Machine {
   int openStorages = 0;
   int openStreams = 0;
   int loadedModules = 0;
+  int keptModules = 0;  // not open: their TvnLibrary ended without Unload(), which is no leak
   int openHandles = 0;  // a test counts up when it stores one; CloseHandle counts down
 
   int OpenObjects() const {
