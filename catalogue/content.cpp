@@ -18,7 +18,8 @@ bool IsReadBeyondHead(std::string_view head) {
   // The paint program's TIFF tag is looked for without regard to the byte-order mark.
   const bool hasTiffVersion = head.size() >= 4 && head.substr(2, 2) == "\x2A\0"sv;
   return hasBoxes || hasTiffVersion ||
-         std::ranges::any_of(STARTS, [head](std::string_view s) { return head.starts_with(s); });
+         std::any_of(STARTS.begin(), STARTS.end(),
+                     [head](std::string_view start) { return head.starts_with(start); });
 }
 
 }  // namespace typescout::catalogue

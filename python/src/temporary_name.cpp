@@ -14,7 +14,7 @@ namespace typescout::python {
 namespace {
 
 bool IsAscii(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return c > 0; });
+  return std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
 }
 
 // ASCII, so that it is the same in wide characters.
