@@ -1,5 +1,5 @@
-// write_samples FOLDER: every sample as a file of its own name in a folder of its own, 0000 to 9999,
-// for tests that ask from other languages.
+// write_samples FOLDER: every sample as a file of its own name in a folder of its own, 0000 to
+// 9999, for tests that ask from other languages.
 #include <array>
 #include <cstdio>
 #include <filesystem>

@@ -76,16 +76,15 @@ EMSCRIPTEN_KEEPALIVE int Identify(const char* path, const char* name, const int*
   return -2;
 }
 
-// The extension that a file described best by the filter at `place` should have, when that of `name`
-// (UTF-8) does not fit; empty otherwise.
+// The extension that a file described best by the filter at `place` should have, when that of
+// `name` (UTF-8) does not fit; empty otherwise.
 EMSCRIPTEN_KEEPALIVE const char* ExpectedExtension(int place, const char* name) {
   static std::string expected;
   const auto filters = typescout::catalogue::Filters();
   const auto row = static_cast<std::size_t>(place);
   const Filter& best =
       row < filters.size() ? filters[row] : *typescout::catalogue::FindFilter(DRAWING_OBJECT);
-  expected = typescout::catalogue::ExpectedExtension(
-      best, typescout::catalogue::ExtensionOf(name));
+  expected = typescout::catalogue::ExpectedExtension(best, typescout::catalogue::ExtensionOf(name));
   return expected.c_str();
 }
 
