@@ -4,6 +4,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -72,11 +73,11 @@ void AskRow(benchmark::State& state, const DetectorEntry& row, const std::string
 }
 
 void ScanMemory(benchmark::State& state, std::string head) {
-  std::array<int, typescout::REGISTRY_SIZE> rows;
-  for (int i = 0; i < typescout::REGISTRY_SIZE; ++i) rows[static_cast<std::size_t>(i)] = i;
+  std::vector<int> rows(DetectorRegistry.size());
+  std::iota(rows.begin(), rows.end(), 0);
   for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(CheckFiltersFromList(
-        nullptr, rows.data(), typescout::REGISTRY_SIZE, static_cast<int>(head.size()),
+        nullptr, rows.data(), static_cast<int>(rows.size()), static_cast<int>(head.size()),
         reinterpret_cast<unsigned char*>(head.data()), 0));
   }
 }

@@ -5,12 +5,13 @@
 namespace typescout {
 namespace {
 
-ProbeContext MakeProbe(FileContext* context, std::int32_t headLength, IStorage* storage) {
-  return {.head = context->head,
-          .headLength = headLength,
+ProbeContext MakeProbe(FileContext* context) {
+  ProbedFile& probed = context->probed;
+  return {.head = probed.head(),
+          .headLength = probed.headLength(),
           .path = context->path,
           .classId = {},
-          .storage = storage,
+          .storage = probed.Document(context->path, ProbedFile::WhenLocked::SHARE),
           .file = context};
 }
 
@@ -22,21 +23,18 @@ std::int32_t AskRow(const DetectorEntry& row, const ProbeContext& probe) {
 
 }  // namespace
 
-std::int32_t ScanRegistry(FileContext* context, std::int32_t headLength) {
-  const InterfaceOwner<IStorage> storage = OpenCompoundFile(context->path);
-  const ProbeContext probe = MakeProbe(context, headLength, storage.get());
+std::int32_t ScanRegistry(FileContext* context) {
+  const ProbeContext probe = MakeProbe(context);
   for (const DetectorEntry& row : DetectorRegistry) {
     if (const std::int32_t answer = AskRow(row, probe); answer != 0) return answer;
   }
   return 0;
 }
 
-std::int32_t ScanIndexList(FileContext* context, std::int32_t headLength,
-                           std::span<const int> indices) {
-  const InterfaceOwner<IStorage> storage = OpenCompoundFile(context->path);
-  const ProbeContext probe = MakeProbe(context, headLength, storage.get());
+std::int32_t ScanIndexList(FileContext* context, std::span<const int> indices) {
+  const ProbeContext probe = MakeProbe(context);
   for (const int index : indices) {
-    if (index < 0 || index >= REGISTRY_SIZE) continue;
+    if (index < 0 || index >= RegistrySize()) continue;
     const DetectorEntry& row = DetectorRegistry[static_cast<std::size_t>(index)];
     if (const std::int32_t answer = AskRow(row, probe); answer != 0) return answer;
   }

@@ -10,14 +10,13 @@
 namespace typescout {
 
 // Opens the compound document when the file is one, asks row after row, and stops at the first yes:
-// its filter identifier goes into `context->result`, its detector's answer is returned. 0 when
-// nobody said yes. What a detector throws passes through, with the document released.
-std::int32_t ScanRegistry(FileContext* context, std::int32_t headLength);
+// its filter identifier goes into `context->result`, its detector's answer is returned. 0 when no
+// row says yes. What a detector throws passes through. `context` has a head.
+std::int32_t ScanRegistry(FileContext* context);
 
 // The same for the registry rows named by `indices`, in that order. An index outside the registry
 // is skipped.
-std::int32_t ScanIndexList(FileContext* context, std::int32_t headLength,
-                           std::span<const int> indices);
+std::int32_t ScanIndexList(FileContext* context, std::span<const int> indices);
 
 }  // namespace typescout
 

@@ -12,10 +12,9 @@ namespace {
 
 // The file's own head bytes, or else the caller's. False when the call has nothing to look at.
 bool LoadHead(const wchar_t* path, const unsigned char* buf, std::int32_t bufLen,
-              FilterId requestedFilterId, FileContext* context, std::int32_t* headLength) {
-  *headLength = bufLen;
-  return ReadHeadBytes(path, requestedFilterId, context, headLength) ||
-         UseCallerBytes(buf, bufLen, context);
+              FilterId requestedFilterId, FileContext* context) {
+  return ReadHeadBytes(path, requestedFilterId, context) ||
+         context->probed.UseCallerBytes(buf, bufLen);
 }
 
 std::span<int> List(int* first, int count) {
@@ -28,29 +27,26 @@ std::span<int> List(int* first, int count) {
 
 int TypeScoutFile(const wchar_t* path) {
   typescout::FileContext context;
-  std::int32_t headLength = 0;
-  if (!typescout::ReadHeadBytes(path, 0, &context, &headLength)) return 0;
-  if (!typescout::ClassIdShortcut(&context)) typescout::ScanRegistry(&context, headLength);
+  if (!typescout::ReadHeadBytes(path, 0, &context)) return 0;
+  if (!typescout::ClassIdShortcut(&context)) typescout::ScanRegistry(&context);
   return context.result;
 }
 
 int CheckFiltersFromIDList(const wchar_t* path, int* const ids, int count, int bufLen,
                            unsigned char* buf, int requestedFilterId) {
   typescout::FileContext context;
-  std::int32_t headLength = 0;
-  if (!typescout::LoadHead(path, buf, bufLen, requestedFilterId, &context, &headLength)) return 0;
+  if (!typescout::LoadHead(path, buf, bufLen, requestedFilterId, &context)) return 0;
   const std::span<int> list = typescout::List(ids, count);
   for (int& id : list) id = typescout::FindRegistryIndex(id);
-  typescout::ScanIndexList(&context, headLength, list);
+  typescout::ScanIndexList(&context, list);
   return context.result;
 }
 
 int CheckFiltersFromList(wchar_t* path, int* const indices, int count, int bufLen,
                          unsigned char* buf, int requestedFilterId) {
   typescout::FileContext context;
-  std::int32_t headLength = 0;
-  if (!typescout::LoadHead(path, buf, bufLen, requestedFilterId, &context, &headLength)) return 0;
-  typescout::ScanIndexList(&context, headLength, typescout::List(indices, count));
+  if (!typescout::LoadHead(path, buf, bufLen, requestedFilterId, &context)) return 0;
+  typescout::ScanIndexList(&context, typescout::List(indices, count));
   return context.result;
 }
 
@@ -59,6 +55,6 @@ int CheckOneFilter(const wchar_t* path, int filterId, int requestedFilterId) {
   return CheckFiltersFromIDList(path, &id, 1, 0, nullptr, requestedFilterId) == filterId ? 1 : 0;
 }
 
-int GetNumTypeScoutProcs() { return typescout::REGISTRY_SIZE; }
+int GetNumTypeScoutProcs() { return typescout::RegistrySize(); }
 
 int CheckValidFilterID(int filterId) { return typescout::IsValidFilterId(filterId) ? 1 : 0; }

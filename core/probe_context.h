@@ -1,4 +1,4 @@
-// What a scan looks at: the file context of one call, and the record that every detector receives.
+// The record that every detector receives.
 #ifndef TYPESCOUT_CORE_PROBE_CONTEXT_H
 #define TYPESCOUT_CORE_PROBE_CONTEXT_H
 
@@ -12,21 +12,19 @@ namespace typescout {
 // Names one import filter; bits 8 to 15 are its family. 0 means that nothing was recognised.
 using FilterId = std::int32_t;
 
-// The size of the head buffer, and the most bytes that are read into it from a file.
+// The most bytes of a file that are read as its head.
 inline constexpr std::int32_t HEAD_CAPACITY = 50'000;
 
 struct FileContext;
 
-// Built once a scan, read-only for the detectors. Everything in it belongs to somebody else and
-// lives longer than the scan.
+// Built once a scan, read-only for the detectors. Everything that it points to outlives the scan.
 struct ProbeContext {
-  // At least HEAD_CAPACITY readable bytes; those at or beyond `headLength` are zero. Detectors look
-  // through Head() below.
+  // Detectors look through Head() below, which gives 0 at and beyond `headLength`.
   const unsigned char* head;
   std::int32_t headLength;
   // The call's own copy of the path; null when the caller gave none.
   const wchar_t* path;
-  // All zero on every road.
+  // Always zero; the field is part of the record's fixed layout.
   CLSID classId;
   // The root of the file as a compound document, or null. A detector may open streams on it.
   IStorage* storage;

@@ -2,7 +2,7 @@
 #ifndef TYPESCOUT_CORE_REGISTRY_H
 #define TYPESCOUT_CORE_REGISTRY_H
 
-#include <array>
+#include <span>
 
 #include "core/probe_context.h"
 
@@ -13,9 +13,15 @@ struct DetectorEntry {
   Detector detect;
 };
 
-inline constexpr int REGISTRY_SIZE = 108;
+// A row's place is its index in CheckFiltersFromList.
+extern const std::span<const DetectorEntry> DetectorRegistry;
 
-extern const std::array<DetectorEntry, REGISTRY_SIZE> DetectorRegistry;
+inline int RegistrySize() { return static_cast<int>(DetectorRegistry.size()); }
+
+// The class identifier of the suite's drawing objects, which other applications embed as compound
+// documents, and what a full scan reports them as. No row has the identifier.
+inline constexpr const wchar_t* DRAWING_OBJECT_CLASS = L"{DE14F420-AC1C-11CE-BE26-DB67235E2689}";
+inline constexpr FilterId DRAWING_OBJECT = 0x0706;
 
 // Says no to every file. Its rows are identifiers that applications know but no file is ever
 // reported as; row 0 is one of them, so that an unknown identifier, which maps to 0, never matches.

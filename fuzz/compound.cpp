@@ -3,29 +3,18 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "host/compound/reader.h"
 #include "host/owners.h"
+#include "tests/support/memory_source.h"
 
 // Streams that gave at least a byte, over all inputs so far, for the replay to judge.
 extern int streamsReached;
 int streamsReached = 0;
 
 namespace {
-
-class MemorySource final : public compound::ByteSource {
- public:
-  explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}
-  std::size_t ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const override {
-    return offset < size() ? bytes_.copy(static_cast<char*>(bytes), count, offset) : 0;
-  }
-  std::uint64_t size() const override { return bytes_.size(); }
-
- private:
-  std::string_view bytes_;
-};
 
 // No stream is longer than its file: every sector is visited once.
 void ReadToItsEnd(IStream* stream, std::size_t fileSize) {
@@ -44,8 +33,9 @@ void ReadToItsEnd(IStream* stream, std::size_t fileSize) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   typescout::InterfaceOwner<IStorage> storage;
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  compound::Open(std::make_unique<MemorySource>(bytes), storage.Receive());
+  auto source = std::make_unique<typescout::tests::MemorySource>(
+      std::string(reinterpret_cast<const char*>(data), size));
+  compound::Open(std::move(source), storage.Receive());
   if (!storage) return 0;
   CLSID classId;
   compound::ReadClass(storage.get(), &classId);

@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   memory_host::TheMachine().files[path] = bytes;
 
   int first = 0;
-  for (int index = 0; index < typescout::REGISTRY_SIZE && first == 0; ++index) {
+  for (int index = 0; index < typescout::RegistrySize() && first == 0; ++index) {
     std::wstring copy = path;
     first = CheckFiltersFromList(copy.data(), &index, 1, 0, nullptr, 0);
   }

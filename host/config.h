@@ -6,9 +6,11 @@
 
 namespace TvnConfig {
 
-// The folder of the suite's import filter modules: the environment's TVN_FILTERS_DIR (not in a
-// program that runs with another user's rights), else the folder `filters` beside the typescout
-// module; empty when neither can be told. Read afresh on every call.
+// The folder of the suite's import filter modules: the value of the environment variable
+// TVN_FILTERS_DIR, or the folder `filters` beside the typescout module when the variable is unset
+// or empty. A setuid program ignores the variable. Empty, so that no module is found, when the
+// value is a relative path, when the folder cannot be found out, or when memory runs out. Read on
+// every call.
 TvnPlatform::TvnStringT<wchar_t> INIGetFiltersDir();
 
 }  // namespace TvnConfig

@@ -6,8 +6,8 @@
 
 namespace TvnUtils {
 
-// A file that is read. The order of the virtual functions is the suite's binary interface, with
-// those that are never called from here.
+// A file to read from. The order of the virtual functions is the suite's binary interface, which
+// includes some that are never called from here.
 class CFile {
  public:
   // A new object, closed; the caller deletes it. Null when memory runs out.
@@ -32,9 +32,9 @@ class CFile {
   virtual std::uint64_t GetLength() = 0;
   virtual std::uint64_t GetPosition() = 0;           // never called from here
   virtual bool SetLength(std::uint64_t length) = 0;  // never called from here
-  // Opens an existing file for reading (`mode` 0, the only one); non-zero on success. Regular files
-  // only, and at once: a folder, pipe, socket or device gives 0, as a null path and a file that is
-  // missing or unreadable do. Throws nothing.
+  // Opens an existing file for reading (`mode` 0, the only one); non-zero on success. A null path
+  // gives 0, a missing or unreadable file too, and a folder, pipe, socket or device, which is not
+  // read from. Throws nothing.
   virtual std::int32_t Open(const wchar_t* path, std::int32_t mode) = 0;
 
  protected:

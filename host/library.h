@@ -7,24 +7,27 @@
 namespace TvnUtils {
 
 // A loadable module. A bare name is looked for beside the typescout module itself (on Windows in
-// the system folder too), a path where it says; either without an extension gets the platform's.
-// The current folder and the loader's search path are never looked at.
+// the system folder too), an absolute path where it says; either without an extension gets the
+// platform's. The current folder and the loader's search path are never looked at. Which modules
+// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp.
 class TvnLibrary {
  public:
   // Loads nothing yet.
   explicit TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name);
   TvnLibrary(const TvnLibrary&) = delete;
   TvnLibrary& operator=(const TvnLibrary&) = delete;
-  // Gives the module back when it is still loaded.
+  // A module that is still loaded stays in memory until the process ends: an exception is leaving
+  // its user, and the exception's type and destructor may be the module's. On every other way out
+  // call Unload().
   ~TvnLibrary();
 
-  // Whether the module is loaded now. A missing module is false, never an exception; what the
-  // module's own start-up throws passes through.
+  // Whether the module is loaded now. False when it is missing, refused or damaged, or when memory
+  // runs out. Throws only what the module's own initialisation throws.
   bool Load();
   bool IsLoaded() const;
   // The address of an exported function, or null when the module lacks it or is not loaded.
   void* GetSymbol(const char* name) const;
-  // Whether a module was given back; harmless when none is loaded.
+  // Releases the module, after which nothing of it may be used. False when none was loaded.
   bool Unload();
 
  private:

@@ -3,10 +3,9 @@
 #define TYPESCOUT_HOST_STRINGS_H
 
 #include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <new>
 #include <string_view>
-#include <utility>
 
 namespace TvnPlatform {
 
@@ -21,29 +20,24 @@ class TvnStringViewT {
   const Char* text_;
 };
 
-// Owns a NUL-terminated string. Memory that runs out leaves an empty string; nothing throws.
+// Owns a NUL-terminated string. Short ones, such as an extension, need no memory from the heap.
+// Memory that runs out leaves an empty string; nothing throws.
 template <typename Char>
 class TvnStringT {
  public:
   TvnStringT() = default;
   explicit TvnStringT(const Char* text) : TvnStringT(std::basic_string_view<Char>(text)) {}
-  explicit TvnStringT(std::basic_string_view<Char> text)
-      : text_(new (std::nothrow) Char[text.size() + 1]) {
-    if (text_ == nullptr) return;
-    text.copy(text_, text.size());
-    text_[text.size()] = Char();
+  explicit TvnStringT(std::basic_string_view<Char> text) {
+    if (text.size() >= SHORT) block_.reset(new (std::nothrow) Char[text.size() + 1]);
+    if (text.size() >= SHORT && block_ == nullptr) return;
+    text.copy(Text(), text.size());
+    Text()[text.size()] = Char();
   }
-  TvnStringT(TvnStringT&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
-  TvnStringT& operator=(TvnStringT&& other) noexcept {
-    std::swap(text_, other.text_);
-    return *this;
-  }
-  ~TvnStringT() { delete[] text_; }
 
   // Valid while the object lives.
-  operator const Char*() const {
-    return text_ == nullptr ? EMPTY : text_;
-  }  // NOLINT: as the suite's
+  operator const Char*() const {  // NOLINT: as the suite's
+    return block_ == nullptr ? short_ : block_.get();
+  }
   std::basic_string_view<Char> View() const { return static_cast<const Char*>(*this); }
 
   // 0 when the two are equal with ASCII letters compared without regard to case.
@@ -59,17 +53,18 @@ class TvnStringT {
 
   // ASCII letters, in every locale.
   void MakeUpper() {
-    if (text_ == nullptr) return;
-    for (Char* at = text_; *at != Char(); ++at) *at = ToUpper(*at);
+    for (Char* at = Text(); *at != Char(); ++at) *at = ToUpper(*at);
   }
 
  private:
-  static constexpr Char EMPTY[1] = {};
+  static constexpr std::size_t SHORT = 16;  // with the terminator
   static constexpr Char ToUpper(Char c) {
     return c >= 'a' && c <= 'z' ? static_cast<Char>(c - ('a' - 'A')) : c;
   }
+  Char* Text() { return block_ == nullptr ? short_ : block_.get(); }
 
-  Char* text_ = nullptr;
+  std::unique_ptr<Char[]> block_;
+  Char short_[SHORT] = {};
 };
 
 }  // namespace TvnPlatform

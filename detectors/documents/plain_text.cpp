@@ -3,8 +3,8 @@
 #include <optional>
 #include <string_view>
 
+#include "core/probed_file.h"
 #include "detectors/documents/documents.h"
-#include "host/owners.h"
 
 namespace typescout {
 namespace {
@@ -62,10 +62,8 @@ TextClass Classify(ByteView text) {
 
 // The class of the file, by its first bytes; NOT_TEXT when it cannot be read.
 TextClass ClassifyPlainText(const ProbeContext* probe) {
-  FileOwner file;
-  if (!file.Open(probe->path)) return TextClass::NOT_TEXT;
   unsigned char buffer[5'000];
-  return Classify({buffer, file->Read(buffer, sizeof buffer)});
+  return Classify(FileReader(probe).Read(buffer));
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 // The program opens the first directory of its TIFF files with the Software tag, where other
 // writers, which keep the tags in order, have the image's width. TIFF 6.0, section 2 (structure)
 // and section 8 (Software).
+#include "core/probed_file.h"
 #include "detectors/native/native.h"
-#include "host/owners.h"
 
 namespace typescout {
 namespace {
@@ -14,13 +14,7 @@ constexpr std::uint16_t SOFTWARE_TAG = 0x0131;
 constexpr ByteView::Position ENTRY_SIZE = 12;
 constexpr std::uint32_t NAME_SIZE = 18;  // with its terminating zero
 
-// Fills `buffer` from the file; the view ends where the bytes that came end.
-template <std::size_t N>
-ByteView ReadBytes(const FileOwner& file, unsigned char (&buffer)[N]) {
-  return {buffer, file->Read(buffer, N)};
-}
-
-// The tag's value lies anywhere in the file, so that the file itself is read, 30 bytes of it.
+// The directory and the tag's value may lie anywhere in the file.
 bool IsPaintTiff(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.Matches(0, "MM")) return false;
@@ -28,17 +22,16 @@ bool IsPaintTiff(const ProbeContext* probe) {
   const std::uint32_t directory = head.U32Le(4);
   const std::uint32_t firstEntry = directory + 2;  // behind the count of entries; wraps at 4 GiB
 
-  FileOwner file;
-  if (!file.Open(probe->path)) return false;
-  if (file->GetLength() <= static_cast<std::uint32_t>(directory + 10)) return false;
+  FileReader file(probe);
+  if (file.Length() <= static_cast<std::uint32_t>(directory + 10)) return false;
   if (!file.SeekTo(firstEntry)) return false;
   unsigned char entryBytes[ENTRY_SIZE];
-  const ByteView entry = ReadBytes(file, entryBytes);
+  const ByteView entry = file.Read(entryBytes);
   if (entry.size() < ENTRY_SIZE) return false;
   if (entry.U16Le(0) != SOFTWARE_TAG || entry.U32Le(4) < NAME_SIZE) return false;
   if (!file.SeekTo(entry.U32Le(8))) return false;
   unsigned char name[NAME_SIZE];
-  return ReadBytes(file, name).Matches(0, "Tavon PIXEL-FORGE");
+  return file.Read(name).Matches(0, "Tavon PIXEL-FORGE");
 }
 
 bool HasPaintSignature(ByteView head) {

@@ -1,5 +1,6 @@
 #include "detectors/postscript/ai_native_data.h"
 
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -7,12 +8,12 @@ namespace typescout {
 namespace {
 
 void Release(ModuleSetNode* node) {
-  if (node->value.IsInBlock()) ::operator delete(node->value.block);
+  if (node->value.IsInBlock()) ::operator delete(node->value.AllocatedBlock());
   ::operator delete(node);
 }
 
-// Releases the tree below and at `node`. A left branch is turned up to the top before anything is
-// released there, so that no tree, however lopsided, takes a stack.
+// Releases `node` and the tree below it. A node's left branch is rotated above the node before the
+// node is released. So no stack is needed, however unbalanced the tree is.
 void ReleaseTree(ModuleSetNode* node) {
   while (node->isNil == 0) {
     if (node->left->isNil == 0) {
@@ -26,6 +27,17 @@ void ReleaseTree(ModuleSetNode* node) {
 }
 
 }  // namespace
+
+void* ModuleString::AllocatedBlock() const {
+  // Microsoft's std::allocator aligns a block of this many bytes or more itself, and stores the
+  // address of the memory that it allocated in front of the block.
+  constexpr std::uint64_t ALIGNED_SIZE = 4'096;
+  if (capacity < ALIGNED_SIZE / sizeof(char16_t) - 1) return block;
+  void* allocated = nullptr;
+  std::memcpy(&allocated, reinterpret_cast<const char*>(block) - sizeof allocated,
+              sizeof allocated);
+  return allocated;
+}
 
 ModuleStringSet::ModuleStringSet()
     : sentinel_(static_cast<ModuleSetNode*>(::operator new(sizeof(ModuleSetNode), std::nothrow))) {

@@ -1,5 +1,5 @@
-// PDF files that carry the data of an Illustrator document. ISO 32000-1, 7.5.2 (file header); what
-// is inside, the suite's PDF import module tells.
+// PDF files that carry the data of an Illustrator document. The header is read here (ISO 32000-1,
+// 7.5.2); the suite's PDF import module examines the rest.
 #include <optional>
 
 #include "detectors/postscript/ai_native_data.h"
@@ -15,7 +15,7 @@ namespace {
 constexpr FilterId FILTER_0519 = 0x0519;
 constexpr FilterId ILLUSTRATOR_PDF = 0x0535;
 
-// The module's answer flags, named for what they lead to here.
+// The module's answer flags, named after what they mean for this detector.
 constexpr std::uint32_t YES_FOR_EVERY_FILTER = 0x80;
 constexpr std::uint32_t YES = 0x02;
 constexpr std::uint32_t YES_WHEN_NAMED_PDF = 0x10;
@@ -26,17 +26,8 @@ bool IsNamedPdf(const wchar_t* path) {
   return SystemIO::Path::GetUpperExtension(path).View() == L".PDF";
 }
 
-// The answer flags; none when the module cannot be asked or has no answer. The module is loaded for
-// this call alone. What it throws passes through, with everything given back in the reverse order.
-std::optional<std::uint32_t> AskImportModule(const wchar_t* path) {
-  const auto modulePath = SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), L"TvnPDFImport");
-  TvnUtils::TvnLibrary library(modulePath);  // unloads when it goes
-  library.Load();
-  if (!library.IsLoaded()) return std::nullopt;
-  const auto getAINativeData =
-      reinterpret_cast<GetAINativeDataFunction>(library.GetSymbol("GetAINativeData"));
-  if (getAINativeData == nullptr) return std::nullopt;
-
+// The answer flags; none when the module has no answer. What the module throws passes through.
+std::optional<std::uint32_t> Ask(GetAINativeDataFunction getAINativeData, const wchar_t* path) {
   constexpr std::int32_t ONE = 1;
   AINativeDataQuery query;
   if (!query.strings.IsValid()) return std::nullopt;
@@ -47,6 +38,23 @@ std::optional<std::uint32_t> AskImportModule(const wchar_t* path) {
   return flags;
 }
 
+// The same for the module in the folder of filters, which is loaded for this question alone; none
+// when it cannot be asked.
+std::optional<std::uint32_t> AskImportModule(const wchar_t* path) {
+  if (!HAS_MODULE_LAYOUT) return std::nullopt;
+  const auto modulePath = SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), L"TvnPDFImport");
+  TvnUtils::TvnLibrary library(modulePath);
+  std::optional<std::uint32_t> flags;
+  library.Load();
+  if (library.IsLoaded()) {
+    const auto getAINativeData =
+        reinterpret_cast<GetAINativeDataFunction>(library.GetSymbol("GetAINativeData"));
+    if (getAINativeData != nullptr) flags = Ask(getAINativeData, path);
+  }
+  library.Unload();
+  return flags;
+}
+
 }  // namespace
 
 std::int32_t DetectIllustratorPdf(const ProbeContext* probe) {
@@ -54,12 +62,13 @@ std::int32_t DetectIllustratorPdf(const ProbeContext* probe) {
   const FilterId requested = RequestedFilter(probe);
   if (requested == ILLUSTRATOR_PDF) return 1;
   if (probe->path == nullptr) return 1;
+  const bool isNamedPdf = IsNamedPdf(probe->path);  // first: the module may write to the path
   const std::optional<std::uint32_t> flags = AskImportModule(probe->path);
   if (!flags) return 1;
   if ((*flags & YES_FOR_EVERY_FILTER) != 0) return 1;
   if (requested == FILTER_0519 || requested == ILLUSTRATOR) return 0;
   if ((*flags & YES) != 0) return 1;
-  return (*flags & YES_WHEN_NAMED_PDF) != 0 && IsNamedPdf(probe->path);
+  return (*flags & YES_WHEN_NAMED_PDF) != 0 && isNamedPdf;
 }
 
 }  // namespace typescout

@@ -1,5 +1,5 @@
-// The raw files of digital cameras. There are too many kinds for a signature: the suite's decoder,
-// a module of its own, is asked.
+// The raw files of digital cameras. There are too many kinds for signatures, so the suite's decoder,
+// a module, is asked.
 #include "detectors/raster/raster.h"
 #include "host/library.h"
 #include "host/path.h"
@@ -7,7 +7,7 @@
 namespace typescout {
 namespace {
 
-// Files of the suite's technical-drawing program, which the decoder would take for raw ones.
+// Files of the suite's technical-drawing program. The decoder would accept some of them.
 bool IsTechnicalDrawing(const wchar_t* path) {
   const TvnPlatform::TvnStringT<wchar_t> extension = SystemIO::Path::GetUpperExtension(path);
   const std::wstring_view name = extension.View();

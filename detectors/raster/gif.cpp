@@ -2,11 +2,13 @@
 //
 // How many pictures a file holds can only be told by walking its blocks to the second one or to the
 // end; where they run past the head, the walk goes on in the file itself.
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <new>
 
+#include "core/probed_file.h"
 #include "detectors/raster/raster.h"
-#include "host/owners.h"
 
 namespace typescout {
 namespace {
@@ -21,47 +23,48 @@ constexpr std::uint8_t GRAPHIC_CONTROL = 0xF9;
 constexpr std::uint8_t COMMENT = 0xFE;
 constexpr std::uint8_t APPLICATION = 0xFF;
 
-// The file as one sequence of bytes: the head, then, read when first needed, the rest. Positions
+// The file as one sequence of bytes: the head, then a window that moves on over the rest. Positions
 // are asked for in ascending order. What does not exist reads as 0.
 class FileBytes {
  public:
-  explicit FileBytes(const ProbeContext* probe) : head_(Head(probe)), path_(probe->path) {}
+  explicit FileBytes(const ProbeContext* probe) : head_(Head(probe)), file_(probe) {}
 
-  // Throws the int 0 when the rest of the file does not come as long as it should be.
+  // Throws the int 0 when a part of the file does not come as long as it should be.
   std::uint8_t At(Position at) {
     if (at < head_.size()) return head_.U8(at);
-    if (!hasLooked_) {
-      hasLooked_ = true;
-      ReadRest(at);
-    }
-    return restView_.U8(at - restStart_);
+    if (at >= windowEnd_) MoveWindow(at);
+    return window_.U8(at - windowStart_);
   }
 
  private:
-  void ReadRest(Position from) {
-    FileOwner file;
-    if (!file.Open(path_)) return;
-    const std::uint64_t length = file->GetLength();
-    const auto start = static_cast<std::uint64_t>(from);
+  static constexpr std::uint64_t WINDOW_SIZE = 64 * 1024;
+  static constexpr Position END = std::numeric_limits<Position>::max();
+
+  void MoveWindow(Position to) {
+    window_ = {};
+    windowStart_ = to;
+    windowEnd_ = END;  // unless there is more, zeros from here on
+    const auto start = static_cast<std::uint64_t>(to);
+    if (start >= file_.Length()) return;
+    file_.SeekTo(start);                          // a seek that fails shows in what is read
+    const std::uint64_t length = file_.Length();  // 0 when the file did not open
     if (start >= length) return;
-    constexpr std::uint64_t LONGEST_READ = 0xFFFF'FFFF;
-    const std::uint64_t wanted = length - start;
-    if (wanted <= LONGEST_READ) {
-      rest_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(wanted)]);
+    const std::uint64_t count = std::min(WINDOW_SIZE, length - start);
+    if (buffer_ == nullptr) {
+      buffer_.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(count)]);
     }
-    if (rest_ == nullptr) return;  // more than can be held: the zeros end the walk
-    const auto count = static_cast<std::uint32_t>(wanted);
-    if (!file.SeekTo(start) || file->Read(rest_.get(), count) != count) throw int{0};
-    restView_ = ByteView(rest_.get(), static_cast<Position>(count));
-    restStart_ = from;
+    if (buffer_ == nullptr) return;
+    window_ = file_.Read({buffer_.get(), static_cast<std::size_t>(count)});
+    if (window_.size() != static_cast<Position>(count)) throw int{0};
+    if (count < length - start) windowEnd_ = to + window_.size();
   }
 
   ByteView head_;
-  const wchar_t* path_;
-  bool hasLooked_ = false;
-  std::unique_ptr<unsigned char[]> rest_;
-  ByteView restView_;
-  Position restStart_ = 0;
+  FileReader file_;
+  std::unique_ptr<unsigned char[]> buffer_;  // the first window is the largest
+  ByteView window_;
+  Position windowStart_ = 0;
+  Position windowEnd_ = 0;
 };
 
 // The size of the colour table that a flags byte announces.

@@ -1,21 +1,19 @@
 #include "host/memory/failing_allocation.h"
 
-#include <cstddef>
 #include <cstdlib>
 #include <new>
 
 namespace memory_host {
 namespace {
 
-thread_local int remaining = 0;  // until the one that fails; 0: none will
-thread_local bool hasFailed = false;
+thread_local int failing = 0;  // which one fails; 0: none
+thread_local int count = 0;
 thread_local int uncounted = 0;
+thread_local std::size_t allocated = 0;
 
 void* Allocate(std::size_t size) noexcept {
-  if (uncounted == 0 && remaining > 0 && --remaining == 0) {
-    hasFailed = true;
-    return nullptr;
-  }
+  if (uncounted == 0 && ++count == failing) return nullptr;
+  allocated += size;
   return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -28,11 +26,14 @@ void* AllocateOrThrow(std::size_t size) {
 }  // namespace
 
 FailingAllocation::FailingAllocation(int nth) {
-  remaining = nth;
-  hasFailed = false;
+  failing = nth;
+  count = 0;
 }
-FailingAllocation::~FailingAllocation() { remaining = 0; }
-bool FailingAllocation::HasFailed() const { return hasFailed; }
+FailingAllocation::~FailingAllocation() { failing = 0; }
+bool FailingAllocation::HasFailed() const { return failing != 0 && count >= failing; }
+int FailingAllocation::Count() const { return count; }
+
+std::size_t AllocatedBytes() { return allocated; }
 
 Uncounted::Uncounted() { ++uncounted; }
 Uncounted::~Uncounted() { --uncounted; }

@@ -2,9 +2,12 @@
 #ifndef TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 #define TYPESCOUT_HOST_MEMORY_FAILING_ALLOCATION_H
 
+#include <cstddef>
+
 namespace memory_host {
 
-// While it lives, the `nth` allocation (from 1) fails, once. One at a time, on one thread.
+// Counts the allocations while it lives; the `nth` (from 1; 0: none) fails, once. One at a time, on
+// one thread.
 class FailingAllocation {
  public:
   explicit FailingAllocation(int nth);
@@ -14,6 +17,8 @@ class FailingAllocation {
 
   // Whether there were that many.
   bool HasFailed() const;
+  // How many there have been, a failed one included.
+  int Count() const;
 };
 
 // While one lives, allocations are not counted: the in-memory machine's own are not the library's.
@@ -24,6 +29,9 @@ class Uncounted {
   Uncounted& operator=(const Uncounted&) = delete;
   ~Uncounted();
 };
+
+// The bytes that this thread has allocated so far, whether they were freed since or not.
+std::size_t AllocatedBytes();
 
 }  // namespace memory_host
 

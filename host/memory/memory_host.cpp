@@ -54,7 +54,9 @@ class File final : public TvnUtils::CFile {
   }
   std::uint32_t Read(void* bytes, std::uint32_t count) override {
     if (Note(Call::READ_FILE)) count = OneShort(count);
-    return open_ ? CopyOut(Content(), &position_, bytes, count) : 0;
+    if (!open_) return 0;
+    const std::uint32_t got = CopyOut(Content(), &position_, bytes, count);
+    return got + ReadBeyondContent(static_cast<char*>(bytes) + got, count - got);
   }
   std::uint32_t Write(const void* /*bytes*/, std::uint32_t /*count*/) override { return 0; }
   void SeekToBegin() override { position_ = 0; }
@@ -79,6 +81,15 @@ class File final : public TvnUtils::CFile {
   }
 
  private:
+  std::uint32_t ReadBeyondContent(char* bytes, std::uint32_t count) {
+    if (!TheMachine().fillBeyondContent || position_ >= GetLength()) return 0;
+    const auto got =
+        static_cast<std::uint32_t>(std::min<std::uint64_t>(count, GetLength() - position_));
+    TheMachine().fillBeyondContent(position_, {bytes, got});
+    position_ += got;
+    return got;
+  }
+
   // Looked up anew each time, so that a test can change or remove the file behind an open object.
   const std::string& Content() const {
     static const std::string empty;
@@ -234,7 +245,10 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name) :
 }
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  Unload();
+  if (IsLoaded()) {
+    --TheMachine().loadedModules;
+    ++TheMachine().keptModules;
+  }
   delete module_;
 }
 
@@ -258,6 +272,7 @@ void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
+  Note(Call::UNLOAD_MODULE);
   if (!IsLoaded()) return false;
   module_->loaded = nullptr;
   --TheMachine().loadedModules;

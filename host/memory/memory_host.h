@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ enum class Call {
   READ_STREAM,
   LOAD_MODULE,
   FIND_SYMBOL,
+  UNLOAD_MODULE,  // never fails
 };
 
 struct Document {
@@ -50,6 +52,9 @@ struct Fault {
 struct Machine {
   std::map<std::wstring, std::string> files;
   std::map<std::wstring, std::uint64_t> lengths;  // said of a file in place of its real length
+  // Gives the bytes of a file from `position` on that lie behind its content but within its said
+  // length. Unset: there are none.
+  std::function<void(std::uint64_t position, std::span<char> bytes)> fillBeyondContent;
   std::map<std::wstring, Document>
       documents;                           // the files of these paths open as compound documents
   std::map<std::wstring, Module> modules;  // by the name or path given to TvnLibrary
@@ -71,6 +76,7 @@ struct Machine {
   int openStorages = 0;
   int openStreams = 0;
   int loadedModules = 0;
+  int keptModules = 0;  // not open: their TvnLibrary ended without Unload(), which is no leak
   int openHandles = 0;  // a test counts up when it stores one; CloseHandle counts down
 
   int OpenObjects() const {

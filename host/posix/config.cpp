@@ -8,9 +8,9 @@
 #include "host/posix/wide_path.h"
 
 TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
-  // Not in a program that runs with another user's rights: who sets the environment is not trusted
-  // there.
+  // secure_getenv: in a setuid program, whoever started it must not choose what it loads.
   if (const char* set = secure_getenv("TVN_FILTERS_DIR"); set != nullptr && *set != '\0') {
+    if (*set != '/') return {};
     return posix_host::WidePath(set);
   }
   const std::string& folder = posix_host::ModuleFolder();

@@ -1,12 +1,13 @@
 #include "host/library.h"
 
 #include <dlfcn.h>
-#include <unistd.h>
+#include <link.h>
 
 #include <new>
 #include <string>
 
 #include "host/posix/module_folder.h"
+#include "host/posix/trusted_module.h"
 #include "host/posix/wide_path.h"
 
 struct TvnUtils::TvnLibrary::Module {
@@ -16,7 +17,7 @@ struct TvnUtils::TvnLibrary::Module {
 
 namespace {
 
-// Where the module of this name lies; empty when the name is no usable one.
+// Where the module of this name would be; empty when no module can have that name.
 std::string ModulePath(const wchar_t* name) {
   const posix_host::PathBytes bytes(name);
   if (bytes.get() == nullptr || *bytes.get() == '\0') return {};
@@ -30,6 +31,14 @@ std::string ModulePath(const wchar_t* name) {
   return path;
 }
 
+// Keeps a loaded module in memory until the process ends. False when memory runs out.
+bool Pin(void* loaded) {
+  link_map* entry = nullptr;
+  if (dlinfo(loaded, RTLD_DI_LINKMAP, &entry) != 0) return false;
+  void* const again = dlopen(entry->l_name, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+  return again != nullptr && dlclose(again) == 0;
+}
+
 }  // namespace
 
 TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
@@ -38,16 +47,15 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
 }
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  Unload();
+  if (IsLoaded() && Pin(module_->loaded)) Unload();  // else the reference keeps it in memory
   delete module_;
 }
 
 bool TvnUtils::TvnLibrary::Load() {
   if (module_ == nullptr || IsLoaded()) return IsLoaded();
   try {
-    const std::string path = ModulePath(module_->name);
-    // Mostly there is no such module. One look-up tells, at a fraction of what the loader's takes.
-    if (path.empty() || access(path.c_str(), F_OK) != 0) return false;
+    const std::string path = posix_host::TrustedModule(ModulePath(module_->name));
+    if (path.empty()) return false;
     module_->loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   } catch (const std::bad_alloc&) {
     return false;

@@ -9,8 +9,8 @@
 namespace posix_host {
 namespace {
 
-// The folder, from the loader's own name for us. That name may be relative to the folder that was
-// current when we were loaded, so it is taken once, at that time, and made absolute.
+// The folder part of the name under which the loader knows this module. That name may be relative
+// to the folder that was current at loading, so it is made absolute then, once.
 std::string FindModuleFolder() {
   std::array<char, 4096> buffer;
   Dl_info module = {};
@@ -19,7 +19,7 @@ std::string FindModuleFolder() {
   if (dladdr1(here, &module, reinterpret_cast<void**>(&entry), RTLD_DL_LINKMAP) == 0) return {};
   std::string path;
   if (entry == nullptr || entry->l_name == nullptr || *entry->l_name == '\0') {
-    // Part of the program itself, which the loader leaves unnamed.
+    // The loader has no name for the program itself, which this code is part of.
     const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size());
     if (length > 0) path.assign(buffer.data(), static_cast<std::size_t>(length));
   } else if (*entry->l_name == '/') {

@@ -7,7 +7,7 @@
 namespace posix_host {
 
 // The absolute path of the folder that holds the typescout module (or the program that it is linked
-// into), with a '/' at its end; empty when it cannot be told.
+// into), with a '/' at its end; empty when it cannot be found out.
 const std::string& ModuleFolder();
 
 }  // namespace posix_host

@@ -9,6 +9,18 @@
 #include "host/posix/wide_path.h"
 
 namespace posix_host {
+namespace {
+
+int OpenForReading(const char* path, int flags) {
+  int descriptor;
+  do {
+    descriptor = open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC | flags);
+  } while (descriptor < 0 && errno == EINTR);
+  return descriptor;
+}
+
+}  // namespace
+
 bool RegularFile::Open(const wchar_t* path) {
   Close();
   const PathBytes bytes(path);
@@ -16,13 +28,19 @@ bool RegularFile::Open(const wchar_t* path) {
     errno = EINVAL;
     return false;
   }
-  // O_NONBLOCK: a pipe without a writer, a device without a medium must not keep anybody waiting.
-  // It means nothing to a regular file.
-  do {
-    descriptor_ = open(bytes.get(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  } while (descriptor_ < 0 && errno == EINTR);
-  if (descriptor_ < 0) return false;
+  // Opening a pipe wakes a writer that waits on it, and opening a device can do anything. So ask
+  // first, and again afterwards, since the name may have come to mean another file in between.
   struct stat status;
+  if (stat(bytes.get(), &status) != 0) return false;
+  if (!S_ISREG(status.st_mode)) {
+    errno = EINVAL;
+    return false;
+  }
+  descriptor_ = OpenForReading(bytes.get(), O_NONBLOCK);
+  // Another process holds a lease on the file. The system has it give the lease up, and takes it
+  // away after a while: wait for that.
+  if (descriptor_ < 0 && errno == EAGAIN) descriptor_ = OpenForReading(bytes.get(), 0);
+  if (descriptor_ < 0) return false;
   if (fstat(descriptor_, &status) != 0) {
     Close();
     return false;

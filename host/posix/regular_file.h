@@ -1,5 +1,5 @@
-// A regular file that is open for reading: what the file object and the compound-document reader
-// are made of.
+// A regular file that is open for reading. The file object and the compound-document reader read
+// through it.
 #ifndef TYPESCOUT_HOST_POSIX_REGULAR_FILE_H
 #define TYPESCOUT_HOST_POSIX_REGULAR_FILE_H
 
@@ -15,13 +15,14 @@ class RegularFile {
   RegularFile& operator=(const RegularFile&) = delete;
   ~RegularFile() { Close(); }
 
-  // Opens the file for reading; false, with `errno` set and nothing open, when it cannot be or is
-  // no regular file. Never blocks: a pipe, device or folder is closed again unread.
+  // Opens the file for reading. False, with `errno` set and nothing open, when that fails or the
+  // path is null or leads to something other than a regular file: a pipe, socket, device or folder
+  // is not opened. Waits for nothing but another process's lease on the file (fcntl, F_SETLEASE).
   bool Open(const wchar_t* path);
   void Close();
 
-  // Reads up to `count` bytes at `offset`; returns how many came: fewer only at the end of the file
-  // or on an error.
+  // Reads up to `count` bytes at `offset` and returns how many came: fewer only at the end of the
+  // file or on an error.
   std::size_t ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const;
   // In bytes, as it was when the file was opened; 0 when it is not.
   std::uint64_t size() const { return size_; }

@@ -36,8 +36,8 @@ HRESULT StgIsStorageFile(const wchar_t* path) {
   return compound::HasSignature(file) ? S_OK : S_FALSE;
 }
 
-// Nobody is kept from writing meanwhile: the system has no such lock. What the document then reads
-// as is at worst damaged.
+// The sharing modes mean nothing here. POSIX has no mandatory lock: a document that is changed
+// meanwhile reads as damaged.
 HRESULT StgOpenStorage(const wchar_t* path, IStorage* /*priority*/, std::uint32_t /*mode*/,
                        wchar_t** /*exclusions*/, std::uint32_t /*reserved*/, IStorage** storage) {
   *storage = nullptr;

@@ -9,11 +9,10 @@
 
 namespace {
 
-// As wide as the system allows: a file that another program holds open can still be examined, and
-// goes on being written, renamed and deleted as if nobody looked.
+// A file that another program holds open can be examined, and may be written, renamed and deleted
+// meanwhile.
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-// Should the name lead to a pipe after all, whoever serves it learns nothing of us and cannot act
-// in our name.
+// The name may lead to a pipe. Its server must not be able to impersonate the caller.
 constexpr DWORD ANONYMOUS = SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS;
 
 HANDLE OpenForReading(const wchar_t* path) {
@@ -29,7 +28,7 @@ class File final : public TvnUtils::CFile {
 
   void Close() override { CloseFile(); }
   std::uint32_t Read(void* bytes, std::uint32_t count) override {
-    OVERLAPPED at = {};  // on a handle like ours, only a position: the call still waits
+    OVERLAPPED at = {};  // the handle is synchronous, so this is the position and nothing else
     at.Offset = static_cast<DWORD>(position_);
     at.OffsetHigh = static_cast<DWORD>(position_ >> 32);
     DWORD got = 0;
@@ -58,10 +57,10 @@ class File final : public TvnUtils::CFile {
  private:
   bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
 
-  // Whether it is a file on a disk, not a pipe, a device, a folder or the disk itself; takes its
+  // Whether it is a file on a disk, and not a pipe, a device, a folder or a raw disk. Sets the
   // size.
   bool IsDiskFile() {
-    BY_HANDLE_FILE_INFORMATION file;  // which a whole disk, though of the same type, has not
+    BY_HANDLE_FILE_INFORMATION file;  // not to be had for a raw disk
     constexpr DWORD OTHER_THINGS = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE;
     if (GetFileType(handle_) != FILE_TYPE_DISK || GetFileInformationByHandle(handle_, &file) == 0 ||
         (file.dwFileAttributes & OTHER_THINGS) != 0) {

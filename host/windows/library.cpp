@@ -15,23 +15,29 @@ struct TvnUtils::TvnLibrary::Module {
 
 namespace {
 
-// Loads the module at an absolute path. What it needs in turn may lie beside it, beside the program
-// or in the system folder: never in the current folder, never along PATH.
+// Loads the module at an absolute path, when there is a file. What the module needs in turn may lie
+// beside it, beside the program or in the system folder, but not in the current folder or along
+// PATH.
 HMODULE LoadAt(const std::wstring& path) {
   const windows_host::QuietErrors quiet;
+  // Usually there is no such module, and this is far cheaper than LoadLibraryEx().
+  constexpr DWORD NO_FILE = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE;
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & NO_FILE) != 0) return nullptr;
   return LoadLibraryExW(path.c_str(), nullptr,
                         LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
 }
 
-// The loader is given full paths only. A bare name would also find a module of the same name that
-// the program has loaded from who knows where.
+// The loader is given absolute paths only: a bare name would also find a module of that name which
+// the program has loaded from anywhere, and a relative path depends on the current folder.
 HMODULE LoadNamed(std::wstring name) {
   if (name.empty()) return nullptr;
   const std::size_t separator = name.find_last_of(L"/\\:");
   const bool isBare = separator == std::wstring::npos;
   if (name.find(L'.', isBare ? 0 : separator + 1) == std::wstring::npos) name += L".dll";
   if (!isBare) {
-    const std::wstring path = windows_host::AbsolutePath(name);
+    if (!windows_host::IsAbsolutePath(name)) return nullptr;
+    const std::wstring path = windows_host::NormalPath(name);
     return path.empty() ? nullptr : LoadAt(path);
   }
   for (const auto& folder : {windows_host::ModuleFolder(), windows_host::SystemFolder()}) {
@@ -49,7 +55,7 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
 }
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  Unload();
+  // A module that is still loaded keeps its reference, and so stays in memory.
   delete module_;
 }
 

@@ -48,7 +48,15 @@ std::wstring EnvironmentVariable(const wchar_t* name) {
   });
 }
 
-std::wstring AbsolutePath(const std::wstring& path) {
+bool IsAbsolutePath(const std::wstring& path) {
+  const auto isSeparator = [&path](std::size_t at) {
+    return at < path.size() && (path[at] == L'/' || path[at] == L'\\');
+  };
+  if (isSeparator(0)) return isSeparator(1) && path.size() > 2 && path[2] != L'.';
+  return path.size() > 2 && path[1] == L':' && isSeparator(2);
+}
+
+std::wstring NormalPath(const std::wstring& path) {
   return Ask([&path](wchar_t* buffer, DWORD capacity) {
     return GetFullPathNameW(path.c_str(), capacity, buffer, nullptr);
   });

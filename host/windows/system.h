@@ -1,4 +1,4 @@
-// What the system is asked for in text: folders, settings, paths. Everything here may throw
+// Folders, settings and paths, as the system tells them. Every function here may throw
 // std::bad_alloc and nothing else.
 #ifndef TYPESCOUT_HOST_WINDOWS_SYSTEM_H
 #define TYPESCOUT_HOST_WINDOWS_SYSTEM_H
@@ -8,7 +8,7 @@
 namespace windows_host {
 
 // The folder that holds the typescout module, or the program that it is linked into: an absolute
-// path with a '\' at its end; empty when it cannot be told.
+// path with a '\' at its end; empty when it cannot be found out.
 std::wstring ModuleFolder();
 
 // The folder of the system's own modules, in the same form.
@@ -17,8 +17,13 @@ std::wstring SystemFolder();
 // The value of an environment variable; empty when it is not set.
 std::wstring EnvironmentVariable(const wchar_t* name);
 
-// The absolute form of a path, which need not exist; empty when it has none.
-std::wstring AbsolutePath(const std::wstring& path);
+// Whether the path means the same file whatever the current folder and drive are, and no device:
+// "X:\..." or "\\...", but not "\\.\...". '/' is the same as '\'. The path need not exist.
+bool IsAbsolutePath(const std::wstring& path);
+
+// The absolute path with '\' alone between its parts and without "." and ".."; empty when the
+// system refuses it.
+std::wstring NormalPath(const std::wstring& path);
 
 }  // namespace windows_host
 

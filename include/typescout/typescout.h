@@ -12,6 +12,12 @@
 // means that nothing was recognised. A missing, unreadable or unrecognised file is not an error: it
 // answers 0. Only regular files are opened, and opening never blocks.
 //
+// Two rows ask a module of the suite when it is installed: DCRaw beside this module, and TvnPDFImport
+// in the folder `filters` beside it or in the one that the environment variable TVN_FILTERS_DIR
+// names. The variable must hold an absolute path and is ignored in a setuid program. On Unix-like
+// systems a module is not loaded when anybody but root and the effective user may change it or
+// replace it.
+//
 // Exceptions: one. When a GIF file becomes shorter while it is examined, the four functions that
 // take a path throw the int 0, with everything released. What a loaded module of the suite (camera
 // raw, PDF import) throws passes through likewise. Nothing else is thrown.

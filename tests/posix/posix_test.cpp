@@ -1,4 +1,4 @@
-// What only a POSIX system has: names of any bytes, special files, modules in folders.
+// What only a POSIX system has: names of any bytes and special files.
 #include <dirent.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,6 @@
 #include <filesystem>
 #include <string>
 
-#include "host/library.h"
 #include "host/owners.h"
 #include "host/posix/regular_file.h"
 #include "host/posix/wide_path.h"
@@ -44,14 +43,6 @@ class Posix : public testing::Test {
     return std::wstring(posix_host::WidePath((folder_.path() / name).string()).View());
   }
   int Scan(const std::string& name) const { return TypeScoutFile(Wide(name).c_str()); }
-  int Check(const std::string& name, int filterId, int requested = 0) const {
-    return CheckOneFilter(Wide(name).c_str(), filterId, requested);
-  }
-  // Writes a file, named by an option of the test's own module, and asks the PDF row.
-  int AskPdfRow(const std::string& name, int requested = 0) const {
-    folder_.Write(name, "%PDF-1.7");
-    return Check(name, 0x0535, requested);
-  }
 
   const TempFolder folder_;
 
@@ -146,66 +137,6 @@ TEST_F(Posix, LeavesNothingOpenForAnyAnswer) {
   folder_.Write("text", "text\n");
   folder_.Write("document", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"s + Fill(600));
   for (const char* name : {"png", "text", "document", "missing"}) Scan(name);
-}
-
-// The modules of the suite, by the real loader. The test's own module is copied to where they lie:
-// the decoder beside the typescout module, the PDF module in the folder of filters.
-TEST_F(Posix, AsksTheModulesOfTheSuite) {
-  const fs::path filters = folder_.path() / "filters";
-  fs::create_directory(filters);
-  fs::copy_file(TEST_MODULE_FILE, filters / "TvnPDFImport.so");
-  setenv("TVN_FILTERS_DIR", filters.c_str(), 1);
-  EXPECT_EQ(AskPdfRow("a2"), 1);
-  EXPECT_EQ(AskPdfRow("a2", 0x0503), 0);
-  EXPECT_EQ(AskPdfRow("a8", 0x0503), 1);
-  EXPECT_EQ(AskPdfRow("a0"), 0);
-  EXPECT_THROW(AskPdfRow("a!"), std::runtime_error);
-  // A module without the function (any other library), and none at all: every PDF.
-  fs::copy_file(TYPESCOUT_FILE, filters / "TvnPDFImport.so", fs::copy_options::overwrite_existing);
-  EXPECT_EQ(AskPdfRow("a0"), 1);
-  setenv("TVN_FILTERS_DIR", (folder_.path() / "elsewhere").c_str(), 1);
-  EXPECT_EQ(AskPdfRow("a0"), 1);
-  unsetenv("TVN_FILTERS_DIR");
-  // Nothing stays loaded.
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);) {
-    EXPECT_EQ(line.find("TvnPDFImport"), std::string::npos) << line;
-  }
-}
-
-TEST_F(Posix, LooksForModulesBesideItselfOnly) {
-  folder_.Write("photo+", "raw");
-  folder_.Write("photo!", "raw");
-  // In the current folder, and on the loader's search path: not looked at.
-  fs::copy_file(TEST_MODULE_FILE, folder_.path() / "DCRaw.so");
-  const fs::path before = fs::current_path();
-  fs::current_path(folder_.path());
-  setenv("LD_LIBRARY_PATH", folder_.path().c_str(), 1);
-  EXPECT_EQ(Check("photo+", 0x0337), 0);
-  unsetenv("LD_LIBRARY_PATH");
-  fs::current_path(before);
-
-  const fs::path beside = fs::path(TYPESCOUT_FILE).parent_path() / "DCRaw.so";
-  fs::copy_file(TEST_MODULE_FILE, beside, fs::copy_options::overwrite_existing);
-  EXPECT_EQ(Check("photo+", 0x0337), 1);
-  EXPECT_EQ(Check("photo", 0x0337), 0);
-  EXPECT_THROW(Scan("photo!"), std::runtime_error);
-  fs::remove(beside);
-}
-
-TEST_F(Posix, TakesAPathWithoutExtensionForAModule) {
-  fs::create_directory(folder_.path() / "a.b");
-  fs::copy_file(TEST_MODULE_FILE, folder_.path() / "a.b" / "Some.so");
-  for (const char* name : {"a.b/Some", "a.b/Some.so"}) {
-    const std::wstring path = Wide(name);
-    TvnUtils::TvnLibrary library{TvnPlatform::TvnStringT<wchar_t>(path.c_str())};
-    EXPECT_TRUE(library.Load()) << name;
-    EXPECT_TRUE(library.Load()) << "still";
-    EXPECT_NE(library.GetSymbol("CheckForRaw"), nullptr);
-    EXPECT_EQ(library.GetSymbol("CheckForRAW"), nullptr);
-    EXPECT_TRUE(library.Unload());
-    EXPECT_FALSE(library.IsLoaded());
-  }
 }
 
 }  // namespace

@@ -24,15 +24,15 @@ std::int32_t AskAboutHead(Detector detector, const File& file, std::size_t headL
       std::min({headLength, file.bytes.size(), static_cast<std::size_t>(HEAD_CAPACITY)});
   const auto head = std::make_unique<unsigned char[]>(length);
   std::copy_n(file.bytes.begin(), length, head.get());
-  const InterfaceOwner<IStorage> storage = OpenCompoundFile(file.path.c_str());
   FileContext context;
   context.requestedFilterId = file.requested;
-  const ProbeContext probe = {.head = head.get(),
-                              .headLength = static_cast<std::int32_t>(length),
-                              .path = file.path.c_str(),
-                              .classId = {},
-                              .storage = storage.get(),
-                              .file = &context};
+  const ProbeContext probe = {
+      .head = head.get(),
+      .headLength = static_cast<std::int32_t>(length),
+      .path = file.path.c_str(),
+      .classId = {},
+      .storage = context.probed.Document(file.path.c_str(), ProbedFile::WhenLocked::SHARE),
+      .file = &context};
   return detector(&probe);
 }
 

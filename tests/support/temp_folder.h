@@ -1,4 +1,5 @@
-// A folder of a test's own on the real file system, removed with everything in it.
+// A folder of a test's own on the real file system, private to its user, removed with everything in
+// it.
 #ifndef TYPESCOUT_TESTS_SUPPORT_TEMP_FOLDER_H
 #define TYPESCOUT_TESTS_SUPPORT_TEMP_FOLDER_H
 
@@ -18,6 +19,7 @@ class TempFolder {
     path_ = std::filesystem::temp_directory_path() /
             ("typescout-" + std::to_string(now) + "-" + std::to_string(++count));
     std::filesystem::create_directories(path_);
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;

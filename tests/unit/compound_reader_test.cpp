@@ -12,28 +12,13 @@
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 #include "tests/support/damaged_documents.h"
+#include "tests/support/memory_source.h"
 #include "tests/support/read_stream.h"
 
 namespace typescout::tests {
 namespace {
 
 constexpr CLSID CLASS = {0x01020304, 0x0506, 0x0708, {9, 10, 11, 12, 13, 14, 15, 16}};
-
-class MemorySource final : public compound::ByteSource {
- public:
-  explicit MemorySource(std::string bytes) : bytes_(std::move(bytes)) {}
-  std::size_t ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const override {
-    if (offset >= bytes_.size()) return 0;
-    const auto at = static_cast<std::size_t>(offset);
-    const std::size_t taken = std::min(count, bytes_.size() - at);
-    std::memcpy(bytes, bytes_.data() + at, taken);
-    return taken;
-  }
-  std::uint64_t size() const override { return bytes_.size(); }
-
- private:
-  std::string bytes_;
-};
 
 InterfaceOwner<IStorage> OpenDocument(const std::string& bytes) {
   InterfaceOwner<IStorage> storage;
@@ -114,26 +99,51 @@ TEST(CompoundReader, GivesLessOfADamagedDocument) {
 }
 
 TEST(CompoundReader, OpensOnlyWhatItUnderstands) {
+  constexpr std::size_t ROOT_TYPE = CONTENTS_END + 512 + 66;
   const struct {
     std::size_t at;
     std::string bytes;
     bool opens;
-  } CASES[] = {{7, "\xE2", false},    // the signature
-               {26, "\2\0"s, false},  // the version
-               {26, "\4\0"s, true},        {26, "\5\0"s, false},
-               {28, "\xFF\xFE", false},       // big-endian
-               {32, "\7\0"s, false},          // the size of mini sectors
-               {56, "\0\x20"s, false},        // the longest short stream
-               {8, Fill(18, '\xFF'), true}};  // reserved, and the minor version
+  } CASES[] = {{7, "\xE2", false},           // the signature
+               {28, "\xFF\xFE", false},      // big-endian
+               {32, "\7\0"s, false},         // the size of mini sectors
+               {56, "\0\x20"s, false},       // the longest short stream
+               {8, Fill(18, '\xFF'), true},  // reserved, and the minor version
+               {48, Fill(4), false},         // a directory that begins elsewhere
+               {ROOT_TYPE, "\2", false},    {ROOT_TYPE, Fill(1), false}};
   for (const auto& c : CASES) {
     const auto storage = OpenDocument(Patch(WholeDocument(), c.at, c.bytes));
     EXPECT_EQ(static_cast<bool>(storage), c.opens) << c.at;
   }
-  for (int shift = 0; shift < 0x10000; ++shift) {
-    const std::string bytes = {static_cast<char>(shift), static_cast<char>(shift >> 8)};
-    const auto storage = OpenDocument(Patch(WholeDocument(), 30, bytes));
-    ASSERT_EQ(static_cast<bool>(storage), shift == 9 || shift == 12) << shift;
-    if (storage) ReadStream(storage.get(), L"Long");
+  // Of the versions and sizes of sectors there are two.
+  for (const int real : {3, 4}) {
+    const std::string document = WriteCompound({}, {.version = real});
+    for (std::uint32_t version = 0; version < 6; ++version) {
+      for (std::uint32_t shift = 0; shift < 0x200; ++shift) {
+        std::string header = {
+            static_cast<char>(version),   0, '\xFE', '\xFF', static_cast<char>(shift),
+            static_cast<char>(shift >> 8)};
+        const bool opens = real == 3 ? version == 3 && shift == 9 : version == 4 && shift == 12;
+        EXPECT_EQ(static_cast<bool>(OpenDocument(Patch(document, 26, header))), opens)
+            << version << ", " << shift;
+      }
+    }
+  }
+}
+
+// In a small directory a stream is found wherever it is in the tree, in a large one by the order.
+TEST(CompoundReader, FindsStreamsInAnyDirectory) {
+  for (const std::size_t size : {1'000u, 5'000u}) {
+    std::map<std::wstring, std::string> streams;
+    for (std::size_t i = 0; i < size; ++i) streams[L"s" + std::to_wstring(i)] = std::to_string(i);
+    const std::string document = WriteCompound(streams);
+    for (std::size_t i = 0; i < size; i += 49) {
+      const std::wstring name = L"S" + std::to_wstring(i);
+      ASSERT_EQ(ReadStream(OpenDocument(document).get(), name.c_str()), std::to_string(i)) << size;
+    }
+    for (const wchar_t* name : {L"s", L"s00", L"s5000", L"t1", L"Root Entry"}) {
+      EXPECT_EQ(ReadStream(OpenDocument(document).get(), name), NOT_THERE);
+    }
   }
 }
 
@@ -168,7 +178,7 @@ TEST(CompoundReader, SurvivesEveryCut) {
     const std::string bytes = whole.substr(0, size);
     EXPECT_EQ(compound::HasSignature(MemorySource(bytes)), size >= 8);
     const auto storage = OpenDocument(bytes);
-    ASSERT_EQ(static_cast<bool>(storage), size >= 512) << size;
+    ASSERT_EQ(static_cast<bool>(storage), size >= CONTENTS_END + 512 + 128) << size;
     const std::string content = ReadStream(storage.get(), L"Long");
     // The directory comes late and the table last: all of the file, or the first sector at most.
     if (content != NOT_THERE) {

@@ -2,6 +2,7 @@
 // is asked, what becomes of its answer, and that nothing of it stays.
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <filesystem>
 #include <iterator>
 #include <new>
@@ -50,7 +51,9 @@ TEST_F(CameraRaw, TakesAPositiveAnswerAsYes) {
     EXPECT_EQ(AskDecoder(L"folder.zrf/photo", value), value > 0 ? 1 : 0) << value;
     EXPECT_EQ(askedPath, L"folder.zrf/photo");
   }
+  EXPECT_EQ(TheMachine().keptModules, 0);
   EXPECT_THROW(AskDecoder(L"a.cr2", AN_ERROR), std::runtime_error);
+  EXPECT_EQ(TheMachine().keptModules, 1) << "the exception is the module's";
 }
 
 TEST_F(CameraRaw, LeavesTechnicalDrawingsAlone) {
@@ -66,6 +69,7 @@ TEST_F(CameraRaw, LeavesTechnicalDrawingsAlone) {
 TEST_F(CameraRaw, IsNoWithoutTheFunctionOrAPath) {
   EXPECT_EQ(AskDecoder(L"a.cr2", 1, "CheckForRAW"), 0);
   EXPECT_EQ(TheMachine().calls[Call::FIND_SYMBOL], 1);
+  EXPECT_EQ(TheMachine().calls[Call::UNLOAD_MODULE], 1);
   const ProbeContext probe = {};
   EXPECT_EQ(DetectCameraRaw(&probe), 0);
 }
@@ -117,7 +121,13 @@ ModuleSetNode* Insert(ModuleSetNode*& link, ModuleSetNode* sentinel, std::u16str
   link->value.capacity = std::max<std::uint64_t>(text.size(), ModuleString::BUFFER_SIZE - 1);
   char16_t* place = link->value.buffer;
   if (link->value.IsInBlock()) {
-    place = static_cast<char16_t*>(::operator new(2 * (text.size() + 1)));
+    // Blocks of 4,096 bytes and more are aligned to 32, with the true address in front.
+    const std::size_t size = 2 * (text.size() + 1);
+    const std::size_t extra = size >= 4'096 ? 8 + 31 : 0;
+    void* const allocated = ::operator new(size + extra);
+    const auto address = reinterpret_cast<std::uintptr_t>(allocated) + extra;
+    place = reinterpret_cast<char16_t*>(extra == 0 ? address : address & ~std::uintptr_t{31});
+    if (extra != 0) std::memcpy(reinterpret_cast<char*>(place) - 8, &allocated, 8);
     link->value.block = place;
   }
   text.copy(place, text.size());
@@ -184,6 +194,7 @@ TEST_F(IllustratorPdf, FollowsTheModulesAnswer) {
   }
   EXPECT_EQ(theModule.calls, static_cast<int>(std::size(cases)));
   EXPECT_EQ(TheMachine().calls[Call::LOAD_MODULE], theModule.calls);
+  EXPECT_EQ(TheMachine().calls[Call::UNLOAD_MODULE], theModule.calls);
 }
 
 TEST_F(IllustratorPdf, IsAskedWithTheRecordThatTheModuleKnows) {
@@ -214,7 +225,7 @@ TEST_F(IllustratorPdf, IsAskedWithTheRecordThatTheModuleKnows) {
 TEST_F(IllustratorPdf, ReleasesTheStringsThatTheModuleLeaves) {
   theModule.insert = [](AINativeDataQuery* query) {
     ModuleSetNode* const sentinel = PartsOf(query).sentinel;
-    for (const std::size_t size : {7U, 8U, 0U, 46U, 2U, 36U, 47U, 1U}) {
+    for (const std::size_t size : {7U, 8U, 0U, 2'046U, 2U, 36U, 2'047U, 1U, 9'000U}) {
       ModuleSetNode** link = &sentinel->parent;
       while ((*link)->isNil == 0) {
         link = size < (*link)->value.size ? &(*link)->left : &(*link)->right;
@@ -223,8 +234,20 @@ TEST_F(IllustratorPdf, ReleasesTheStringsThatTheModuleLeaves) {
     }
   };
   EXPECT_EQ(AskNow(pdf_), 0);
+  EXPECT_EQ(TheMachine().keptModules, 0);
   theModule.throws = true;
   EXPECT_THROW(AskNow(pdf_), std::runtime_error);
+  EXPECT_EQ(TheMachine().keptModules, 1) << "the exception is the module's";
+}
+
+TEST_F(IllustratorPdf, LooksAtTheNameBeforeTheModuleCanChangeIt) {
+  theModule.flags = 0x10;
+  theModule.insert = [](AINativeDataQuery* query) {
+    std::wcscpy(const_cast<wchar_t*>(query->path), L"module");
+  };
+  pdf_.path = L"before.pdf";
+  EXPECT_EQ(AskNow(pdf_), 1);
+  EXPECT_EQ(pdf_.path.substr(0, 6), L"module");
 }
 
 TEST_F(IllustratorPdf, ReleasesLopsidedSetsWithoutAStack) {
@@ -238,6 +261,7 @@ TEST_F(IllustratorPdf, IsAYesWithoutAFolderOfFilters) {
   TheMachine().filtersDir = L"";
   EXPECT_EQ(AskNow(pdf_), 1);
   EXPECT_EQ(theModule.calls, 0);
+  EXPECT_EQ(TheMachine().calls[Call::UNLOAD_MODULE], 1) << "though nothing was loaded";
 }
 
 TEST_F(IllustratorPdf, IsAYesWhenMemoryRunsOutOnTheWayToTheModule) {
@@ -245,11 +269,14 @@ TEST_F(IllustratorPdf, IsAYesWhenMemoryRunsOutOnTheWayToTheModule) {
   int yes = 0;
   bool hasFailed = true;
   for (int nth = 1; hasFailed; ++nth) {
+    theModule.calls = 0;
     const memory_host::FailingAllocation failing(nth);
-    yes += CheckOneFilter(L"pdf", ILLUSTRATOR_PDF, 0);
+    const int answer = CheckOneFilter(L"pdf", ILLUSTRATOR_PDF, 0);
     hasFailed = failing.HasFailed();
-    EXPECT_EQ(theModule.calls, hasFailed ? 0 : 1);
+    EXPECT_TRUE(hasFailed || theModule.calls == 1);
+    EXPECT_TRUE(answer == 0 || theModule.calls == 0) << "the module says no";
     EXPECT_EQ(TheMachine().OpenObjects(), 0);
+    yes += answer;
   }
   EXPECT_GT(yes, 0);
 }

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "core/file_context.h"
+#include "core/probed_file.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 #include "tests/support/damaged_documents.h"
@@ -75,8 +75,9 @@ TEST(WindowsDocuments, AreReadAsOursButForKnownDifferences) {
     }
     if (!wanted) continue;
     const auto path = folder.Write("damaged", document.bytes);
-    const auto storage = OpenCompoundFile(path.c_str());
-    const Sizes systems = {BytesOf(storage.get(), L"Long"), BytesOf(storage.get(), L"Short")};
+    ProbedFile file;
+    IStorage* const storage = file.Document(path.c_str(), ProbedFile::WhenLocked::SHARE);
+    const Sizes systems = {BytesOf(storage, L"Long"), BytesOf(storage, L"Short")};
     EXPECT_EQ(systems, *wanted) << document.what;
   }
   EXPECT_EQ(different, DIFFERENT.size());
@@ -147,7 +148,9 @@ TEST(WindowsDocuments, AreTriedOnceMoreWhenLocked) {
     ASSERT_TRUE(c.lock.count == 0 || Lock(held, c.lock.first, c.lock.count)) << c.name;
     EXPECT_EQ(OpenDocumentAnswer(path, 0x20), c.first) << c.name;
     EXPECT_EQ(OpenDocumentAnswer(path, 0x10040), c.second) << c.name;
-    EXPECT_EQ(static_cast<bool>(OpenCompoundFile(path.c_str())), c.opens) << c.name;
+    ProbedFile file;
+    EXPECT_EQ(file.Document(path.c_str(), ProbedFile::WhenLocked::SHARE) != nullptr, c.opens)
+        << c.name;
     // The class is asked for without a second try.
     EXPECT_EQ(TypeScoutFile(path.c_str()) == DRAWING_OBJECT, c.first == OK) << c.name;
   }

@@ -125,7 +125,9 @@ TEST(WindowsModule, LooksAtTheCallersBytesWhenTheFileIsDenied) {
 
 bool Loads(const fs::path& name, const char* symbol = "Answer") {
   TvnLibrary library((TvnStringT<wchar_t>(name.c_str())));
-  return library.Load() && library.GetSymbol(symbol) != nullptr;
+  const bool loads = library.Load() && library.GetSymbol(symbol) != nullptr;
+  library.Unload();
+  return loads;
 }
 
 // Lays the tests' own module there.
@@ -168,14 +170,43 @@ TEST(WindowsLibrary, IsTakenFromWhereAPathSays) {
   EXPECT_FALSE(Loads(path + L".other"));
   EXPECT_FALSE(Loads(folder.path()));
   EXPECT_FALSE(Loads(folder.path() / "with.dot" / "damaged.dll"));
+  // Neither relative to a folder or a drive, nor a device.
+  fs::current_path(folder.path());
+  for (const std::wstring& other :
+       {std::wstring(L"with.dot\\filter.dll"), path.substr(0, 2) + L"with.dot\\filter.dll",
+        path.substr(2), L"\\\\.\\" + path}) {
+    EXPECT_FALSE(Loads(other)) << other;
+  }
+  fs::current_path(OUR_FOLDER);
+}
+
+TEST(WindowsLibrary, StaysInMemoryUnlessUnloaded) {
+  const TempFolder folder;
+  const fs::path left = fs::canonical(OUR_FOLDER) / "plugin.dll";
+  const fs::path unloaded = PutPlugin(folder.path() / "unloaded.dll");
+  for (const fs::path& path : {left, unloaded}) {
+    TvnLibrary library((TvnStringT<wchar_t>(path.c_str())));
+    ASSERT_TRUE(library.Load());
+    EXPECT_TRUE(path == left || library.Unload());
+  }
+  EXPECT_TRUE(IsModuleLoaded(left));
+  EXPECT_FALSE(IsModuleLoaded(unloaded));
 }
 
 TEST(WindowsConfig, TellsTheFolderOfFilters) {
   _wputenv(L"TVN_FILTERS_DIR=");
   EXPECT_EQ(fs::path(TvnConfig::INIGetFiltersDir().View()), fs::canonical(OUR_FOLDER) / "filters");
-  const std::wstring LONG_ONE(300, L'\u00FC');
-  _wputenv((L"TVN_FILTERS_DIR=" + LONG_ONE).c_str());
-  EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), LONG_ONE);
+  const std::wstring longName(300, L'\u00FC');
+  for (const std::wstring& absolute :
+       {L"C:\\" + longName, std::wstring(L"c:/a"), std::wstring(L"\\\\server\\share"),
+        std::wstring(L"\\\\?\\C:\\a")}) {
+    _wputenv((L"TVN_FILTERS_DIR=" + absolute).c_str());
+    EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), absolute);
+  }
+  for (const wchar_t* other : {L"a", L"C:a", L"C:", L"\\a", L"\\\\.\\C:\\a", L"/", L"..\\a"}) {
+    _wputenv((std::wstring(L"TVN_FILTERS_DIR=") + other).c_str());
+    EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), L"") << other;
+  }
   _wputenv(L"TVN_FILTERS_DIR=");
 }
 

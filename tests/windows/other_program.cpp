@@ -50,6 +50,10 @@ Held HoldModule(const std::filesystem::path& path) {
           [](void* module) { FreeLibrary(static_cast<HMODULE>(module)); }};
 }
 
+bool IsModuleLoaded(const std::filesystem::path& path) {
+  return GetModuleHandleW(path.c_str()) != nullptr;
+}
+
 std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_t mode) {
   IStorage* storage = nullptr;
   const HRESULT answer = StgOpenStorage(path.c_str(), nullptr, mode, nullptr, 0, &storage);

@@ -28,6 +28,9 @@ Held HoldPipe(const wchar_t* name);
 // A module of the loader's, from this very path.
 Held HoldModule(const std::filesystem::path& path);
 
+// Whether the loader has a module from this path.
+bool IsModuleLoaded(const std::filesystem::path& path);
+
 // What the system answers to opening the compound document in this mode.
 std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_t mode);
 

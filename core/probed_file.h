@@ -1,0 +1,101 @@
+// What one call knows about its file. What was read or opened once is not read or opened again.
+#ifndef TYPESCOUT_CORE_PROBED_FILE_H
+#define TYPESCOUT_CORE_PROBED_FILE_H
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "core/byte_view.h"
+#include "core/probe_context.h"
+#include "host/owners.h"
+#include "host/structured_storage.h"
+
+namespace typescout {
+
+// Lives as long as the call. An answer may come from here instead of from the file, because no
+// caller can tell two reads of an unchanged file from one.
+class ProbedFile {
+ public:
+  ProbedFile() = default;
+  ProbedFile(const ProbedFile&) = delete;
+  ProbedFile& operator=(const ProbedFile&) = delete;
+
+  // Reads the head: the first HEAD_CAPACITY bytes of the open `file`, or all that it has. False,
+  // with no head, when fewer bytes come than the file's length promises or memory runs out.
+  bool ReadHead(const FileOwner& file);
+
+  // Copies the caller's `length` bytes, which stand in for the head of a file that could not be
+  // read. Nothing is known about the file then. False, with no head, when `bytes` is null, `length`
+  // is negative or memory runs out.
+  bool UseCallerBytes(const unsigned char* bytes, std::int32_t length);
+
+  // Where the head lies; null before one of the two above has succeeded.
+  const unsigned char* head() const { return head_.get(); }
+  // In bytes. Nothing may be read at or beyond it but through a ByteView: that memory may not exist
+  // and is not cleared.
+  std::int32_t headLength() const { return headLength_; }
+
+  // Whether the head came from the file. The two below are good for nothing else.
+  bool IsRead() const { return isRead_; }
+  // In bytes, as the file said when its head was read.
+  std::uint64_t length() const { return length_; }
+  // Whether First() and the like need no further read: the head holds all of the `count` bytes at
+  // `offset`, or all that the file has.
+  bool Holds(std::uint64_t offset, std::uint64_t count) const;
+  // Those bytes; fewer where the file ends before.
+  ByteView Bytes(std::uint64_t offset, std::uint64_t count) const;
+
+  enum class WhenLocked { GIVE_UP, SHARE };
+
+  // The root of the file as a compound document; null when it is none or does not open. `path` may
+  // be null. The document is opened by the first call and released with this object. It keeps
+  // writers out; where somebody else's lock stands against that, SHARE tries once more and lets
+  // them in.
+  IStorage* Document(const wchar_t* path, WhenLocked whenLocked);
+
+ private:
+  bool MayBeDocument(const wchar_t* path) const;
+
+  std::unique_ptr<unsigned char[]> head_;
+  std::int32_t headLength_ = 0;
+  bool isRead_ = false;
+  bool isWhole_ = false;  // the head is the file: a read beyond it gives nothing
+  std::uint64_t length_ = 0;
+
+  bool hasTriedDocument_ = false;
+  HRESULT tried_ = S_FALSE;  // what opening the document without sharing answered
+  InterfaceOwner<IStorage> document_;
+};
+
+// A detector's look at its file. Like the host's file object, but what the call knows is not asked
+// for: the file is opened when a request goes beyond that, at most once, and closed with this
+// object.
+class FileReader {
+ public:
+  explicit FileReader(const ProbeContext* probe);
+
+  // The file's length in bytes; 0 when the file cannot be opened.
+  std::uint64_t Length();
+
+  // Moves to `offset` bytes from the start. False when the file ends before it or cannot be opened.
+  bool SeekTo(std::uint64_t offset);
+
+  // Reads on from the position, at first the start, as many bytes as `buffer` has. The view shows
+  // what came, fewer at the end of the file or on an error. It is good as long as `buffer` is.
+  ByteView Read(std::span<unsigned char> buffer);
+
+ private:
+  bool Open();
+
+  const ProbedFile* known_;  // null when nothing is known
+  const wchar_t* path_;
+  enum { NOT_TRIED, OPEN, FAILED } state_ = NOT_TRIED;
+  FileOwner file_;
+  std::uint64_t position_ = 0;
+  std::uint64_t filePosition_ = 0;  // where `file_` stands
+};
+
+}  // namespace typescout
+
+#endif  // TYPESCOUT_CORE_PROBED_FILE_H

@@ -1,0 +1,53 @@
+#include "host/posix/trusted_module.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+
+namespace posix_host {
+namespace {
+
+// What may stand in the way of other users when the mode lets them write.
+enum class Allow { NOBODY_ELSE, STICKY };
+
+// Whether root or the effective user alone decides what is there.
+bool IsOurs(const struct stat& status, Allow allow) {
+  if (status.st_uid != 0 && status.st_uid != geteuid()) return false;
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) == 0) return true;
+  return allow == Allow::STICKY && (status.st_mode & S_ISVTX) != 0;
+}
+
+bool IsOurModule(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISREG(status.st_mode) && IsOurs(status, Allow::NOBODY_ELSE);
+}
+
+// The folder of the file at `path` and all folders above it.
+bool AreOurFolders(std::string path) {
+  Allow allow = Allow::NOBODY_ELSE;
+  for (std::size_t slash = path.rfind('/'); slash != std::string::npos; slash = path.rfind('/')) {
+    struct stat status;
+    path.resize(slash);
+    if (stat(slash == 0 ? "/" : path.c_str(), &status) != 0 || !IsOurs(status, allow)) return false;
+    allow = Allow::STICKY;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string TrustedModule(const std::string& path) {
+  // Usually there is no such module, and stat() is far cheaper than dlopen().
+  struct stat status;
+  if (!path.starts_with('/') || stat(path.c_str(), &status) != 0) return {};
+  char resolved[PATH_MAX];
+  if (realpath(path.c_str(), resolved) == nullptr) return {};
+  std::string module(resolved);
+  if (module.find('$') != std::string::npos) return {};
+  if (!IsOurModule(module.c_str()) || !AreOurFolders(module)) return {};
+  return module;
+}
+
+}  // namespace posix_host

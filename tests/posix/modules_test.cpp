@@ -1,0 +1,238 @@
+// The modules of the suite by the real loader: where they are looked for, which are refused, and
+// what stays of them. The PDF file a0 is a yes (1) when no module is asked, and a no (0) by the
+// tests' own module.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "host/library.h"
+#include "host/posix/wide_path.h"
+#include "tests/posix/ask_from.h"
+#include "tests/support/temp_folder.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int CAMERA_RAW = 0x0337;
+constexpr int ILLUSTRATOR_PDF = 0x0535;
+constexpr int ILLUSTRATOR = 0x0503;
+constexpr uid_t SOMEBODY_ELSE = 65534;
+
+class Modules : public testing::Test {
+ protected:
+  Modules() : umask_(umask(022)) {
+    for (const char* pdf : {"a0", "a2", "a8", "a?"}) folder_.Write(pdf, "%PDF-1.7");
+    for (const char* raw : {"photo", "photo+", "photo?"}) folder_.Write(raw, "raw");
+  }
+  ~Modules() override {
+    unsetenv("TVN_FILTERS_DIR");
+    umask(umask_);
+  }
+
+  std::string Path(const std::string& name) const { return folder_.path() / name; }
+
+  // Copies the tests' module.
+  void PutModule(const std::string& name) const { Put(TEST_MODULE_FILE, name); }
+  void Put(const fs::path& file, const std::string& name) const {
+    fs::create_directories(fs::path(Path(name)).parent_path());
+    fs::copy_file(file, Path(name), fs::copy_options::overwrite_existing);
+    chmod(Path(name).c_str(), 0755);
+  }
+
+  int Ask(const std::string& name, int filter, int requested = 0) const {
+    const auto path = posix_host::WidePath(Path(name));
+    return CheckOneFilter(path, filter, requested);
+  }
+  // Asks the PDF row about a0 while the filters are in this folder.
+  int AskPdfRow(const std::string& filters) const {
+    setenv("TVN_FILTERS_DIR", filters.c_str(), 1);
+    return Ask("a0", ILLUSTRATOR_PDF);
+  }
+
+  // Asks in a process of its own, started in the test's folder with this environment; `program`
+  // names ask_from there.
+  int AskFromAnew(const std::string& environment, const std::string& library,
+                  const std::string& folder, const std::string& name, int filter,
+                  const std::string& program = ASK_FROM_FILE) const {
+    const auto quoted = [](const std::string& text) { return "'" + text + "' "; };
+    const std::string command = "cd " + quoted(folder_.path()) + "&& env " + environment + " " +
+                                quoted(program) + quoted(library) + quoted(folder) +
+                                quoted(Path(name)) + std::to_string(filter);
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+
+  const TempFolder folder_;
+
+ private:
+  const mode_t umask_;
+};
+
+TEST_F(Modules, AnswerForTheirRows) {
+  PutModule("filters/TvnPDFImport.so");
+  setenv("TVN_FILTERS_DIR", Path("filters").c_str(), 1);
+  EXPECT_EQ(Ask("a0", ILLUSTRATOR_PDF), 0);
+  EXPECT_EQ(Ask("a2", ILLUSTRATOR_PDF), 1);
+  EXPECT_EQ(Ask("a2", ILLUSTRATOR_PDF, ILLUSTRATOR), 0);
+  EXPECT_EQ(Ask("a8", ILLUSTRATOR_PDF, ILLUSTRATOR), 1);
+  EXPECT_EQ(dlopen(Path("filters/TvnPDFImport.so").c_str(), RTLD_LAZY | RTLD_NOLOAD), nullptr)
+      << "stays loaded";
+  // Modules without the function, damaged, and missing.
+  Put(TYPESCOUT_FILE, "others/TvnPDFImport.so");
+  folder_.Write("damaged/TvnPDFImport.so",
+                "\x7F"
+                "ELF");
+  for (const char* folder : {"others", "damaged", "missing"}) {
+    EXPECT_EQ(AskPdfRow(Path(folder)), 1) << folder;
+  }
+}
+
+TEST_F(Modules, AreLookedForInTwoFoldersOnly) {
+  Put(TYPESCOUT_FILE, "app/libtypescout.so");
+  PutModule("app/DCRaw.so");
+  PutModule("app/filters/TvnPDFImport.so");
+  Put(TYPESCOUT_FILE, "bare/libtypescout.so");
+  PutModule("elsewhere/DCRaw.so");
+  PutModule("elsewhere/libDCRaw.so");
+  PutModule("elsewhere/TvnPDFImport.so");
+  PutModule("elsewhere/filters/TvnPDFImport.so");
+  const std::string search = "LD_LIBRARY_PATH='" + Path("elsewhere") + "'";
+  const std::string setting = "TVN_FILTERS_DIR='" + Path("elsewhere") + "'";
+  const struct {
+    const char* what;
+    std::string environment, library, folder, file;
+    int filter, answer;
+  } CASES[] = {
+      {"beside", "", Path("app/libtypescout.so"), "/", "photo+", CAMERA_RAW, 1},
+      {"beside, no", "", Path("app/libtypescout.so"), "/", "photo", CAMERA_RAW, 0},
+      {"loaded by a relative name", "", "app/libtypescout.so", "/", "photo+", CAMERA_RAW, 1},
+      {"current folder", "", "bare/libtypescout.so", "elsewhere", "photo+", CAMERA_RAW, 0},
+      {"search path", search, "bare/libtypescout.so", "/", "photo+", CAMERA_RAW, 0},
+      {"filters beside", "", "app/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
+      {"no filters beside", "", "bare/libtypescout.so", "elsewhere", "a0", ILLUSTRATOR_PDF, 1},
+      {"filters as set", setting, "bare/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
+      {"set to nothing", "TVN_FILTERS_DIR=", "app/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
+      {"set to a relative folder", "TVN_FILTERS_DIR=filters", "app/libtypescout.so", "elsewhere",
+       "a0", ILLUSTRATOR_PDF, 1},
+      {"set to a long name", "TVN_FILTERS_DIR=/" + std::string(2'000, 'n'), "app/libtypescout.so",
+       "/", "a0", ILLUSTRATOR_PDF, 1},
+  };
+  for (const auto& c : CASES) {
+    EXPECT_EQ(AskFromAnew(c.environment, c.library, c.folder, c.file, c.filter), c.answer)
+        << c.what;
+  }
+}
+
+TEST_F(Modules, AreNotChosenByTheUserOfASetuidProgram) {
+  Put(TYPESCOUT_FILE, "bare/libtypescout.so");
+  PutModule("elsewhere/TvnPDFImport.so");
+  Put(ASK_FROM_FILE, "ask_from");
+  chmod(folder_.path().c_str(), 0755);
+  if (chown(Path("ask_from").c_str(), SOMEBODY_ELSE, SOMEBODY_ELSE) != 0 ||
+      chmod(Path("ask_from").c_str(), 04755) != 0 ||
+      AskFromAnew("", "-", "/", "a0", 0, Path("ask_from")) != AskFrom::IS_SECURE) {
+    GTEST_SKIP() << "setuid programs cannot be tried here";
+  }
+  EXPECT_EQ(AskFromAnew("TVN_FILTERS_DIR='" + Path("elsewhere") + "'", Path("bare/libtypescout.so"),
+                        "/", "a0", ILLUSTRATOR_PDF, Path("ask_from")),
+            1);
+}
+
+// The exception's class, and so the function that destroys it, is in the module.
+TEST_F(Modules, StayInMemoryWhenTheyThrow) {
+  Put(TYPESCOUT_FILE, "app/libtypescout.so");
+  PutModule("app/DCRaw.so");
+  PutModule("app/filters/TvnPDFImport.so");
+  const std::string library = Path("app/libtypescout.so");
+  EXPECT_EQ(AskFromAnew("", library, "/", "photo?", CAMERA_RAW), AskFrom::THROWN);
+  EXPECT_EQ(AskFromAnew("", library, "/", "a?", ILLUSTRATOR_PDF), AskFrom::THROWN);
+}
+
+TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
+  const bool isRoot = geteuid() == 0;
+  const auto mode = [](mode_t bits) {
+    return [bits](const std::string& path) { chmod(path.c_str(), bits); };
+  };
+  const auto giveAway = [](const std::string& path) {
+    EXPECT_EQ(chown(path.c_str(), SOMEBODY_ELSE, static_cast<gid_t>(-1)), 0);
+  };
+  constexpr int LOADED = 0;
+  constexpr int REFUSED = 1;
+  const struct {
+    const char* what;
+    const char* which;  // of above/filters/TvnPDFImport.so
+    std::function<void(const std::string& path)> change;
+    int answer;
+    bool asRoot = false;
+  } CASES[] = {
+      {"nothing", "", mode(0700), LOADED},
+      {"file of a group's", "above/filters/TvnPDFImport.so", mode(0775), REFUSED},
+      {"file of everybody's", "above/filters/TvnPDFImport.so", mode(0757), REFUSED},
+      {"folder of a group's", "above/filters", mode(0770), REFUSED},
+      {"folder of everybody's", "above/filters", mode(0777), REFUSED},
+      {"folder of everybody's, sticky", "above/filters", mode(01777), REFUSED},
+      {"folder above of everybody's", "above", mode(0777), REFUSED},
+      {"folder above of everybody's, sticky", "above", mode(01777), LOADED},
+      {"file of somebody else's", "above/filters/TvnPDFImport.so", giveAway, REFUSED, true},
+      {"folder of somebody else's", "above/filters", giveAway, REFUSED, true},
+      {"folder above of somebody else's", "above", giveAway, REFUSED, true},
+  };
+  for (const auto& c : CASES) {
+    if (c.asRoot && !isRoot) continue;
+    PutModule("above/filters/TvnPDFImport.so");
+    c.change(Path(c.which));
+    EXPECT_EQ(AskPdfRow(Path("above/filters")), c.answer) << c.what;
+    // What counts is where a link leads.
+    fs::create_symlink("above/filters", Path("link"));
+    EXPECT_EQ(AskPdfRow(Path("link")), c.answer) << c.what << ", by a link";
+    fs::remove(Path("link"));
+    fs::remove_all(Path("above"));
+  }
+}
+
+TEST_F(Modules, AreRegularFilesAtLiteralPaths) {
+  alarm(60);  // the loader would wait for somebody to write into the pipe
+  fs::create_directories(Path("pipe"));
+  ASSERT_EQ(mkfifo(Path("pipe/TvnPDFImport.so").c_str(), 0600), 0);
+  EXPECT_EQ(AskPdfRow(Path("pipe")), 1);
+  fs::create_directories(Path("folder/TvnPDFImport.so"));
+  EXPECT_EQ(AskPdfRow(Path("folder")), 1);
+  alarm(0);
+
+  // The loader knows $LIB as one of these.
+  PutModule("$LIB/TvnPDFImport.so");
+  for (const char* lib : {"lib", "lib64", "lib/x86_64-linux-gnu", "lib/aarch64-linux-gnu"}) {
+    PutModule(lib + std::string("/TvnPDFImport.so"));
+  }
+  EXPECT_EQ(AskPdfRow(Path("$LIB")), 1);
+  EXPECT_EQ(AskPdfRow(Path("lib")), 0);
+}
+
+TEST_F(Modules, AreFoundWithoutAnExtensionAndKeepTheirNamesToThemselves) {
+  PutModule("a.b/Some.so");
+  for (const char* name : {"a.b/Some", "a.b/Some.so"}) {
+    TvnUtils::TvnLibrary library{posix_host::WidePath(Path(name))};
+    EXPECT_TRUE(library.Load()) << name;
+    EXPECT_TRUE(library.Load()) << "still";
+    EXPECT_NE(library.GetSymbol("CheckForRaw"), nullptr);
+    EXPECT_EQ(library.GetSymbol("CheckForRAW"), nullptr);
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "CheckForRaw"), nullptr) << "RTLD_GLOBAL";
+    EXPECT_TRUE(library.Unload());
+    EXPECT_FALSE(library.IsLoaded());
+    EXPECT_EQ(dlopen(Path("a.b/Some.so").c_str(), RTLD_LAZY | RTLD_NOLOAD), nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace typescout::tests
