@@ -235,47 +235,39 @@ TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
   return TvnPlatform::TvnStringT<wchar_t>(TheMachine().filtersDir.c_str());
 }
 
-struct TvnUtils::TvnLibrary::Module {
-  std::wstring name;
-  const memory_host::Module* loaded = nullptr;
-};
-
-TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name) : module_(nullptr) {
-  const Uncounted own;
-  module_ = new Module{.name = std::wstring(name.View()), .loaded = nullptr};
-}
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
+    : name_(name.View()) {}
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  if (IsLoaded()) {
-    --TheMachine().loadedModules;
-    ++TheMachine().keptModules;
-  }
-  delete module_;
+  if (!IsLoaded()) return;
+  --TheMachine().loadedModules;
+  ++TheMachine().keptModules;
 }
 
 bool TvnUtils::TvnLibrary::Load() {
   const Uncounted own;
   if (Note(Call::LOAD_MODULE)) return false;
-  const auto found = TheMachine().modules.find(module_->name);
+  const auto found = TheMachine().modules.find(std::wstring(name_.View()));
   if (found == TheMachine().modules.end()) return false;
-  module_->loaded = &found->second;
+  loaded_ = &found->second;
   ++TheMachine().loadedModules;
   return true;
 }
 
-bool TvnUtils::TvnLibrary::IsLoaded() const { return module_->loaded != nullptr; }
+bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
   const Uncounted own;
   if (Note(Call::FIND_SYMBOL) || !IsLoaded()) return nullptr;
-  const auto found = module_->loaded->find(name);
-  return found == module_->loaded->end() ? nullptr : found->second;
+  const auto& module = *static_cast<const memory_host::Module*>(loaded_);
+  const auto found = module.find(name);
+  return found == module.end() ? nullptr : found->second;
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
   Note(Call::UNLOAD_MODULE);
   if (!IsLoaded()) return false;
-  module_->loaded = nullptr;
+  loaded_ = nullptr;
   --TheMachine().loadedModules;
   return true;
 }
