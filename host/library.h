@@ -31,8 +31,8 @@ class TvnLibrary {
   bool Unload();
 
  private:
-  struct Module;
-  Module* module_;  // null when memory ran out: such a library never loads
+  void* loaded_ = nullptr;
+  TvnPlatform::TvnStringT<wchar_t> name_;  // empty, which never loads, when memory ran out
 };
 
 }  // namespace TvnUtils
