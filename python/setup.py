@@ -7,7 +7,6 @@ from pybind11.setup_helpers import Pybind11Extension, build_ext
 from setuptools import setup
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent
-VERSION = "1.0.0"
 
 
 class BuildWithLibrary(build_ext):
@@ -37,7 +36,6 @@ setup(
             "typescout._native",
             sorted(str(file) for file in pathlib.Path("src").glob("*.cpp")),
             include_dirs=[str(PROJECT), str(PROJECT / "include")],
-            define_macros=[("TYPESCOUT_VERSION", f'"{VERSION}"')],
             libraries=["dl", "pthread"],
             cxx_std=20,
         )
