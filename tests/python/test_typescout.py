@@ -94,7 +94,7 @@ def test_errors(tmp_path):
             typescout.identify(path)
         assert (caught.value.errno, caught.value.filename) == (number, path)
         [(_, recorded)] = typescout.identify_many([path], on_error="record")
-        assert type(recorded) is type(caught.value) and recorded.errno == number
+        assert isinstance(recorded, type(caught.value)) and recorded.errno == number
     closed.touch(mode=0)
     if os.geteuid() != 0:
         with pytest.raises(PermissionError):
