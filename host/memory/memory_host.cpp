@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include "host/config.h"
@@ -93,10 +92,10 @@ class File final : public TvnUtils::CFile {
 
   // Looked up anew each time, so that a test can change or remove the file behind an open object.
   const std::string& Content() const {
-    static const std::string EMPTY;
+    static const std::string empty;
     const auto& files = TheMachine().files;
     const auto found = files.find(path_);
-    return found == files.end() ? EMPTY : found->second;
+    return found == files.end() ? empty : found->second;
   }
 
   std::wstring path_;
