@@ -21,7 +21,7 @@ class BuildWithLibrary(build_ext):
             check=True,
         )
         subprocess.run(
-            ["cmake", "--build", build, "--target", "typescout", "typescout_catalogue"], check=True
+            ["cmake", "--build", build, "--parallel", "--target", "typescout", "typescout_catalogue"], check=True
         )
         ext.extra_objects = [
             str(build / "catalogue" / "libtypescout_catalogue.a"),
