@@ -1,4 +1,4 @@
-// What the contract test needs of a host: files laid out on its machine.
+// Files for the contract test, on the machine of the host that it is built against.
 #ifndef TYPESCOUT_TESTS_CONTRACT_FIXTURE_H
 #define TYPESCOUT_TESTS_CONTRACT_FIXTURE_H
 
@@ -6,18 +6,39 @@
 #include <string>
 
 #include "host/structured_storage.h"
+#ifdef HOST_IN_MEMORY
+#include "host/memory/memory_host.h"
+#else
+#include "tests/support/compound_writer.h"
+#include "tests/support/temp_folder.h"
+#endif
 
 namespace typescout::tests {
 
-// Puts a file there; its path.
-std::wstring PutFile(const std::wstring& name, const std::string& bytes);
+using Streams = std::map<std::wstring, std::string>;
 
-// Puts a compound document there; its path.
-std::wstring PutDocument(const std::wstring& name, const CLSID& classId,
-                         const std::map<std::wstring, std::string>& streams);
+// Each returns a path: of a file or a compound document that is there now, of nothing.
+#ifdef HOST_IN_MEMORY
+inline std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
+  memory_host::TheMachine().files[name] = bytes;
+  return name;
+}
+inline std::wstring PutDocument(const CLSID& classId, const Streams& streams) {
+  memory_host::TheMachine().documents[L"document"] = {.classId = classId, .streams = streams};
+  return PutFile(L"document", "\xD0\xCF\x11\xE0");
+}
+inline std::wstring MissingPath() { return L"missing"; }
+#else
+inline const TempFolder folder;
 
-// The path of a name at which there is nothing.
-std::wstring MissingPath();
+inline std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
+  return Wide(folder.Write(name, bytes));
+}
+inline std::wstring PutDocument(const CLSID& classId, const Streams& streams) {
+  return PutFile(L"document", WriteCompound(streams, {.classId = classId}));
+}
+inline std::wstring MissingPath() { return Wide(folder.path() / "missing"); }
+#endif
 
 }  // namespace typescout::tests
 

@@ -149,7 +149,7 @@ TEST(HostStorage, ReadsClassIdentifiersInText) {
 }
 
 TEST(HostStorage, TellsDocuments) {
-  EXPECT_EQ(StgIsStorageFile(PutDocument(L"document", CLASS, {}).c_str()), S_OK);
+  EXPECT_EQ(StgIsStorageFile(PutDocument(CLASS, {}).c_str()), S_OK);
   EXPECT_EQ(StgIsStorageFile(PutFile(L"plain", "plain text").c_str()), S_FALSE);
   EXPECT_EQ(StgIsStorageFile(PutFile(L"nothing", "").c_str()), S_FALSE);
   EXPECT_LT(StgIsStorageFile(MissingPath().c_str()), 0);
@@ -161,7 +161,7 @@ TEST(HostStorage, TellsDocuments) {
 TEST(HostStorage, OpensStreamsByName) {
   const std::string longContent(6'000, 'l');
   const std::wstring path =
-      PutDocument(L"document", CLASS, {{L"WordDocument", longContent}, {L"Contents", "short"}});
+      PutDocument(CLASS, {{L"WordDocument", longContent}, {L"Contents", "short"}});
   InterfaceOwner<IStorage> storage;
   ASSERT_EQ(StgOpenStorage(path.c_str(), nullptr, 0x20, nullptr, 0, storage.Receive()), S_OK);
   CLSID classId = {};
