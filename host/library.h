@@ -9,7 +9,8 @@ namespace TvnUtils {
 // A loadable module. A bare name is looked for beside the typescout module itself (on Windows in
 // the system folder too), an absolute path where it says; either without an extension gets the
 // platform's. The current folder and the loader's search path are never looked at. Which modules
-// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp.
+// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp. On POSIX a
+// module that the process has already loaded by the very path is not looked at again.
 class TvnLibrary {
  public:
   // Loads nothing yet.
