@@ -39,16 +39,44 @@ HTML = b"<html><title>Hello</title>\r\n"
 DOS_EPS = (b"\xc5\xd0\xd3\xc6\x20\0\0\0\x40\0\0\0" + b"\1" * 20 +
            b"\n%%Creator: Adobe Illustrator(R) 8.0\n%%BoundingBox: 0 0 1 1\n%%EndSetup\n")
 
+EXECUTABLE = b"MZ" + b"\0" * 58 + b"\x40\0\0\0PE\0\0"
+LONG = b"n" * 70_000
+
+CHANGED = 1_709_210_096_789_000_000
+
+
+def record(path, answer, size, best=None, changed="2024-02-29T12:34:56"):
+    """A line of an earlier output."""
+    fields = {"path": path, "status": "recognised", "kind": "file", "size": size,
+              "mtime": changed + ".789000000Z", "id": answer, "best_id": best or answer}
+    return json.dumps(fields, separators=(",", ":")).encode() + b"\n"
+
+
 CONTENTS = {
     "holiday.gif": GIF, "HOLIDAY.GIF": GIF, ".gif": GIF, "wrong.jpg": GIF, "[a,b]": GIF, "-r": GIF,
     "--json": GIF, "logo.png": PNG, "notes.txt": TEXT, "notes.c": TEXT, "notes.jpg": TEXT,
-    "page.html": HTML, "noise.bin": NOISE, "empty.gif": b"", "favicon.ico": ICON,
-    "favicon.tga": ICON, "favicon.dat": ICON, "scan.tif": TIFF, "scan": TIFF, "ai.eps": DOS_EPS,
-    "list": b"holiday.gif\n\nnoise.bin", "folder/a.gif": GIF, "folder/c.gif": GIF,
-    "folder/b/deep.gif": GIF,
+    "page.html": HTML, "page": HTML, "noise.bin": NOISE, "=1+1": NOISE, "empty.gif": b"",
+    "favicon.ico": ICON, "favicon.tga": ICON, "favicon.dat": ICON, "scan.tif": TIFF, "scan": TIFF,
+    "ai.eps": DOS_EPS, "tool": EXECUTABLE, "driver.sys": EXECUTABLE, "ad.rtf": b"{\\rtf1\\ansi x}",
+    "pointer.cur": b"\0\0\2\0" + ICON[4:], "true.tga": b"\0\0\2" + b"\0" * 15,
+    "pointer.ani": b"RIFF\x24\0\0\0ACONanih" + b"\0" * 40, "paper.pdf": b"%PDF-1.4\n",
+    "folder/a.gif": GIF, "folder/c.gif": GIF, "folder/b/deep.gif": GIF, "folder/it's.GIF": GIF,
+    "linked/a.gif": GIF, "linked/b/deep.gif": GIF,
+    "list": b"holiday.gif\n\nnoise.bin", "list.empty": b"", "list.nul": b"holiday.gif\0logo.png\0",
+    "list.crlf": b"holiday.gif\r\nnoise.bin\r\n", "list.utf8": b"\xef\xbb\xbfholiday.gif\n",
+    "list.utf16": "logo.png\r\n\U0001f388.gif\r\n".encode("utf-16"), "\U0001f388.gif": GIF,
+    "list.long": b"holiday.gif\n" + LONG + b"\nlogo.png\n",
+    "same.jsonl": record("logo.png", "0x0322", len(PNG)),
+    # One file has another size now, another was changed later; both were answered wrongly.
+    "old.jsonl": record("holiday.gif", "0x0322", len(GIF)) + record("logo.png", "0x0322", len(PNG)) +
+                 record("notes.txt", "0x0903", 99) + record("lost.gif", "0x0305", 1) +
+                 record("noise.bin", "0x0306", len(NOISE), "0x0304", "2024-02-29T12:34:57") +
+                 b'{"path":"scan.tif","status":"rec',
+    "other.jsonl": b'{"typescout":{"version":"0.9"}}\n' +
+                   record("holiday.gif", "0x0322", len(GIF)),
 }
 LINKS = {"dangling": "missing", "circle": "circle", "link-to-folder": "folder",
-         "folder/b/up": "../../folder"}
+         "linked/b/up": "../../linked"}
 
 
 def run(*arguments, env=None, **options):
@@ -85,26 +113,35 @@ class Transcript(InTemporaryFolder):
         super().setUp()
         for path, content in CONTENTS.items():
             write(path, content)
+            os.utime(path, ns=(CHANGED, CHANGED))
         for path, target in LINKS.items():
             os.symlink(target, path)
         os.mkfifo("pipe")
         with socket.socket(socket.AF_UNIX) as listener:
             listener.bind("socket")
 
+    def check(self, command, stdin, expected):
+        with self.subTest(command):
+            result = run(*shlex.split(command)[1:], stdin=stdin)
+            said = "".join("! " + line for line in result.stderr.decode().splitlines(True))
+            said += f"? {result.returncode}\n" if result.returncode else ""
+            said += result.stdout.decode().replace("\r\n", "\n")
+            said = re.sub('"version":"[0-9.]+"', '"version":"VERSION"', said)
+            self.assertEqual(said.replace(LONG.decode()[:259], "LONG"), expected)
+
     def test_transcript(self):
         with open(os.path.join(HERE, "transcript.txt"), encoding="utf-8") as file:
             text = re.sub(r"^(#.*)?\n", "", file.read(), flags=re.MULTILINE)
-        for block in re.split(r"^\$ ", text, flags=re.MULTILINE)[1:]:
+        text = re.sub(r"^64 (.*) ! (.*)\n", "$ typescout \\1\n! typescout: \\2\n? 64\n", text,
+                      flags=re.MULTILINE)
+        blocks = re.split(r"^([$%]) ", text, flags=re.MULTILINE)[1:]
+        self.assertGreater(len(blocks), 150)
+        for block in blocks[1::2]:
             command, expected = block.split("\n", 1)
-            with self.subTest(command):
-                words = shlex.split(command)[1:]
-                redirected = words and words[-1].startswith("<")
-                stdin = os.open(words.pop()[1:] if redirected else os.devnull, os.O_RDONLY)
-                result = run(*words, stdin=stdin)
-                os.close(stdin)
-                said = "".join("! " + line for line in result.stderr.decode().splitlines(True))
-                said += f"? {result.returncode}\n" if result.returncode else ""
-                self.assertEqual(said + result.stdout.decode().replace("\r\n", "\n"), expected)
+            command, _, source = command.partition(" <")
+            stdin = os.open(source or os.devnull, os.O_RDONLY)
+            self.check(command, stdin, expected)
+            os.close(stdin)
 
 
 HOSTILE = [b"new\nline.gif", b"\x1b[31mred.gif", b"tab\tbed.gif", b'quo"ted.gif', b"com,ma.gif",
