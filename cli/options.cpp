@@ -134,9 +134,13 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 // "; did you mean X?" for the nearest of `known`, if any is near.
 std::string Suggest(std::string_view prefix, std::string_view word,
                     const std::vector<std::string_view>& known) {
-  const auto nearest = std::ranges::min_element(
-      known, {}, [word](std::string_view each) { return Distance(word, each); });
-  if (nearest == known.end() || Distance(word, *nearest) * 3 > word.size()) return {};
+  const bool isNumber = !word.empty() && word[0] >= '0' && word[0] <= '9';
+  // Where two are as near, the one with the same first letter.
+  const auto nearest = std::ranges::min_element(known, {}, [word](std::string_view each) {
+    return std::pair(Distance(word, each), each.substr(0, 1) != word.substr(0, 1));
+  });
+  if (isNumber || nearest == known.end() || Distance(word, *nearest) * 3 > word.size() + 3)
+    return {};
   return "; did you mean " + std::string(prefix) + std::string(*nearest) + "?";
 }
 

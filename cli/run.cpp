@@ -82,7 +82,7 @@ class Runner {
   // Called by one thread at a time.
   bool Next(Input* input) {
     if (!source_.Next(input)) return false;
-    if (++given_ == 2) {
+    if (!std::exchange(hasInput_, true) && source_.Total() != 1) {
       platform::HoldModules();
       platform::RaiseOpenFileLimit();
     }
@@ -222,7 +222,7 @@ class Runner {
   std::unique_ptr<Writer> writer_;
   Examiner examiner_;
   InputSource source_;
-  std::uint64_t given_ = 0;
+  bool hasInput_ = false;
   Output output_;
   Progress progress_;
   Summary summary_;

@@ -9,7 +9,7 @@ namespace typescout::cli {
 namespace {
 
 // How far the threads run ahead of the slowest input.
-constexpr std::size_t MOST_OUTCOMES = 4'096;
+constexpr std::size_t MOST_OUTCOMES = 1'024;
 
 }  // namespace
 

@@ -115,12 +115,16 @@ constexpr auto FILTER_FIELDS = std::to_array<Field<Filter>>({
     {"name", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value { return f.name; }, ""},
     {"family", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value { return catalogue::Family(f.id); }, ""},
     {"mime", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value { return TextOrNothing(f.mime); }, ""},
-    {"extensions", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value { return f.extensions.empty() ? std::vector<std::string_view>() : Split(f.extensions, ' '); }, ""},
+    {"extensions", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value {
+       std::vector<std::string> words;
+       if (!f.extensions.empty()) for (const std::string_view word : Split(f.extensions, ' ')) words.emplace_back(word);
+       return words;
+     }, ""},
     {"never_reported", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value { return f.evidence == catalogue::Evidence::NEVER; }, ""},
     {"hidden_by", Field<Filter>::Use::ALWAYS, [](const Filter& f) -> Value {
-       std::vector<const Filter*> hiding;
-       for (const int id : f.hiddenBy) if (id != 0) hiding.push_back(catalogue::FindFilter(id));
-       return hiding;
+       std::vector<std::string> ids;
+       for (const int id : f.hiddenBy) if (id != 0) ids.push_back(FormatId(id));
+       return ids;
      }, ""},
 });
 // clang-format on
@@ -162,7 +166,7 @@ void AppendJson(const Value& value, std::string* json) {
                  [json](const std::vector<const Filter*>& filters) {
                    *json += "[" + Joined(filters, JsonFilter, ",") + "]";
                  },
-                 [json](const std::vector<std::string_view>& words) {
+                 [json](const std::vector<std::string>& words) {
                    *json += "[" + Joined(words, JsonString, ",") + "]";
                  },
              },
@@ -213,9 +217,9 @@ std::string ToText(const Value& value) {
           [](std::string_view text) { return std::string(text); },
           [](const std::string& text) { return text; },
           [](const std::vector<const Filter*>& filters) { return Joined(filters, IdOf, " "); },
-          [](const std::vector<std::string_view>& words) {
+          [](const std::vector<std::string>& words) {
             return Joined(
-                words, [](std::string_view word) { return word; }, " ");
+                words, [](const std::string& word) { return word; }, " ");
           },
       },
       value);

@@ -16,7 +16,7 @@ namespace typescout::cli {
 
 // What does not apply is std::monostate: left out of JSON, empty elsewhere.
 using Value = std::variant<std::monostate, bool, std::uint64_t, std::string_view, std::string,
-                           std::vector<const Filter*>, std::vector<std::string_view>>;
+                           std::vector<const Filter*>, std::vector<std::string>>;
 
 template <typename Subject>
 struct Field {

@@ -70,9 +70,10 @@ std::string Summary::AsText(std::size_t width) const {
     const std::size_t length = (row.count * barWidth + sums.count - 1) / sums.count;
     std::string name(row.name);
     name.resize(nameWidth, ' ');
-    text += line(row) +
-            Padded(std::to_string(perMille / 10) + "." + std::to_string(perMille % 10) + "%", SHARE) +
-            "  " + name + "  " + std::string(length, '#') + "\n";
+    text +=
+        line(row) +
+        Padded(std::to_string(perMille / 10) + "." + std::to_string(perMille % 10) + "%", SHARE) +
+        "  " + name + "  " + std::string(length, '#') + "\n";
   }
   return text + line(sums) + "  all; " + std::to_string(unreadable_) + " unreadable\n";
 }
