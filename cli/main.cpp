@@ -11,6 +11,7 @@
 #include "cli/platform/streams.h"
 #include "cli/platform/system.h"
 #include "cli/run.h"
+#include "typescout/typescout.h"
 
 namespace {
 
@@ -33,8 +34,8 @@ int Main(const std::vector<std::string>& arguments) {
     return ExitStatus::USAGE;
   }
   if (options.help) return Print(HelpText());
-  if (options.version) return Print("typescout " TYPESCOUT_VERSION "\n");
-  if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION));
+  if (options.version) return Print("typescout " TYPESCOUT_VERSION_STRING "\n");
+  if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION_STRING));
   if (options.completion) return Print(CompletionScript(*options.completion));
   if (options.listFilters) return Print(FilterList(options.shape));
   return Run(options);

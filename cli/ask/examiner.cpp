@@ -18,8 +18,7 @@ namespace {
 using platform::Kind;
 using platform::Place;
 
-// The library reads as much of a file before it looks further.
-constexpr std::size_t HEAD_SIZE = 50'000;
+constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
 
 // How the formats begin of which the library, or one of the suite's modules, reads more than that:
 // GIF, compound documents (two versions), TIFF and the camera raw formats, PDF.

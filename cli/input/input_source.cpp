@@ -52,7 +52,7 @@ bool InputSource::Next(Input* input) {
 
 void InputSource::NextPath(std::string path, Input* input) {
   input->path = std::move(path);
-  if (input->path.size() <= platform::LIBRARY_PATH) return;
+  if (input->path.size() <= TYPESCOUT_PATH_LIMIT) return;
   int error = 0;
   Place place = platform::ReachThroughFolder(input->path, &error);
   if (error != 0) {
@@ -72,7 +72,7 @@ bool InputSource::NextListed(Input* input) {
         NextPath(std::move(path), input);
         return true;
       case PathList::Result::TOO_LONG:
-        input->path = path.substr(0, platform::LIBRARY_PATH) + "...";
+        input->path = path.substr(0, TYPESCOUT_PATH_LIMIT) + "...";
         input->error = "An entry of more than 65,536 bytes";
         return true;
       case PathList::Result::HAS_NUL:
@@ -152,7 +152,7 @@ bool InputSource::Enter(bool followLink, Input* input) {
   if (frame.folder != nullptr) error = platform::ListFolder(*frame.folder, &frame.listing);
   if (frame.listing.size() != 0) {
     frame.path = input->path;
-    frame.isLong = frame.path.size() + 1 + frame.listing.longestName() > platform::LIBRARY_PATH;
+    frame.isLong = frame.path.size() + 1 + frame.listing.longestName() > TYPESCOUT_PATH_LIMIT;
     if (!frame.isLong) frame.folder.reset();
     frames_.push_back(std::move(frame));
     if (frames_.size() > OPEN_FOLDERS) frames_[frames_.size() - 1 - OPEN_FOLDERS].folder.reset();

@@ -227,7 +227,7 @@ std::string HeaderObject(const Options& options) {
     AppendJsonString(text, &json);
     return json;
   };
-  std::string head = "{\"version\":" + quoted(TYPESCOUT_VERSION) +
+  std::string head = "{\"version\":" + quoted(TYPESCOUT_VERSION_STRING) +
                      ",\"filters\":" + std::to_string(GetNumTypeScoutProcs());
   if (!options.candidates.empty()) {
     std::string list;

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "typescout/typescout.h"
+
 namespace typescout::cli::platform {
 
 enum class Kind : char {
@@ -99,9 +101,9 @@ std::string JoinPath(const std::string& folder, std::string_view name);
 // 0: there is no byte to read.
 Status TryToRead(const Place& place);
 
-// The path by which the library can open a file, at most LIBRARY_PATH characters long, where `path`
-// may be longer. What that takes is held until the object goes; it stays on its thread.
-inline constexpr std::size_t LIBRARY_PATH = 259;
+// The path by which the library can open a file, at most TYPESCOUT_PATH_LIMIT characters long,
+// where the file's own may be longer. What that takes is held until the object goes; it stays on
+// its thread.
 class PathForLibrary {
  public:
   explicit PathForLibrary(const Place& place);
@@ -110,7 +112,9 @@ class PathForLibrary {
   PathForLibrary& operator=(const PathForLibrary&) = delete;
 
   // Null when there is no such path.
-  const wchar_t* get() const { return path_.size() <= LIBRARY_PATH ? path_.c_str() : nullptr; }
+  const wchar_t* get() const {
+    return path_.size() <= TYPESCOUT_PATH_LIMIT ? path_.c_str() : nullptr;
+  }
 
  private:
   std::wstring path_;

@@ -5,7 +5,19 @@
 namespace compound {
 namespace {
 
-constexpr std::uint32_t LAST_ENTRY = 0xFFFFFFFA;  // greater numbers stand for no entry
+// As much of the directory is read at once.
+constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
+constexpr std::size_t LONGEST_NAME = 31;
+
+std::uint32_t Upper(std::uint32_t c) { return c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c; }
+
+// FNV-1a, by characters. `letter(i)` is the i-th of `size`.
+template <typename Letter>
+std::uint32_t Hash(std::size_t size, const Letter& letter) {
+  std::uint32_t hash = 2166136261U;
+  for (std::size_t i = 0; i < size; ++i) hash = (hash ^ Upper(letter(i))) * 16777619U;
+  return hash;
+}
 
 }  // namespace
 
@@ -20,65 +32,71 @@ std::uint64_t Entry::StreamSize(int version) const {
   return version == 3 ? low : low | std::uint64_t{U32(&bytes_[124])} << 32;
 }
 
-int Entry::Compare(std::wstring_view name) const {
-  constexpr std::size_t LONGEST_NAME = 31;
-  // The name is UTF-16, its length in bytes with the terminator.
-  const std::size_t size = 2 * (name.size() + 1);
-  const std::size_t entrySize = U16(&bytes_[64]);
-  if (size != entrySize) return size < entrySize ? -1 : 1;
-  if (name.size() > LONGEST_NAME) return 1;
-  const auto upper = [](std::uint32_t c) { return c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c; };
+// The name is UTF-16, its length in bytes with the terminator.
+bool Entry::IsCalled(std::wstring_view name) const {
+  if (name.size() > LONGEST_NAME || U16(&bytes_[64]) != 2 * (name.size() + 1)) return false;
   for (std::size_t i = 0; i < name.size(); ++i) {
-    const std::uint32_t c = upper(static_cast<std::uint32_t>(name[i]));
-    const std::uint32_t entryC = upper(U16(&bytes_[2 * i]));
-    if (c != entryC) return c < entryC ? -1 : 1;
+    if (Upper(U16(&bytes_[2 * i])) != Upper(static_cast<std::uint32_t>(name[i]))) return false;
   }
-  return 0;
+  return true;
+}
+
+std::uint32_t Entry::NameHash() const {
+  const std::size_t size = std::clamp<std::size_t>(U16(&bytes_[64]) / 2, 1, LONGEST_NAME + 1) - 1;
+  return Hash(size, [this](std::size_t i) { return U16(&bytes_[2 * i]); });
+}
+
+std::uint32_t NameHash(std::wstring_view name) {
+  return Hash(name.size(), [name](std::size_t i) { return static_cast<std::uint32_t>(name[i]); });
 }
 
 std::optional<Entry> Directory::Root() {
   Entry root;
   if (!Read(0, &root) || !root.IsRoot()) return std::nullopt;
+  child_ = root.Child();
   return root;
 }
 
 bool Directory::Read(std::uint32_t number, Entry* entry) {
   const std::uint64_t at = std::uint64_t{number} * Entry::SIZE;
-  if (!isSmall_) {
-    return sectors_->MayRead() && chain_.ReadAt(at, entry->data(), Entry::SIZE) == Entry::SIZE;
-  }
-  if (at + Entry::SIZE > bytes_.size()) return false;
-  std::copy_n(&bytes_[static_cast<std::size_t>(at)], Entry::SIZE, entry->data());
-  return true;
+  return chain_.ReadAt(at, entry->data(), Entry::SIZE) == Entry::SIZE;
 }
 
 void Directory::Load() {
   if (hasLoaded_) return;
-  const std::uint64_t smallest = SMALL * Entry::SIZE / sectors_->SectorSize();
-  const std::uint64_t length = chain_.Length(smallest + 1);
-  if (length <= smallest) {
-    bytes_.resize(static_cast<std::size_t>(length) * sectors_->SectorSize());
-    bytes_.resize(chain_.ReadAt(0, bytes_.data(), bytes_.size()));
-    isSmall_ = true;
+  const std::uint64_t length = chain_.Length(PIECE_SIZE / sectors_->SectorSize());
+  std::vector<std::uint8_t> piece(static_cast<std::size_t>(length) * sectors_->SectorSize());
+  nodes_.clear();
+  std::size_t got = piece.size();
+  while (got == piece.size() && nodes_.size() < MOST_ENTRIES &&
+         sectors_->JumpsLeft() >= FileSectors::MOST_JUMPS / 2) {
+    got = chain_.ReadAt(nodes_.size() * Entry::SIZE, piece.data(), piece.size());
+    for (std::size_t at = 0; at + Entry::SIZE <= got; at += Entry::SIZE) {
+      Entry entry;
+      std::copy_n(&piece[at], Entry::SIZE, entry.data());
+      nodes_.push_back({entry.Left(), entry.Right(), entry.NameHash()});
+    }
   }
   hasLoaded_ = true;
 }
 
 std::optional<Entry> Directory::FindStream(std::wstring_view name) {
   Load();
-  Entry entry;
-  if (!Read(0, &entry)) return std::nullopt;
-  std::vector<std::uint32_t> pending = {entry.Child()};
-  NumberSet seen(LAST_ENTRY);
-  for (std::uint32_t steps = 0; steps < SMALL && !pending.empty();) {
+  const std::uint32_t hash = NameHash(name);
+  std::vector<std::uint32_t> pending = {child_};
+  NumberSet seen(nodes_.size());
+  while (!pending.empty()) {
     const std::uint32_t number = pending.back();
     pending.pop_back();
-    if (number > LAST_ENTRY || !Read(number, &entry) || !seen.Insert(number)) continue;
-    ++steps;
-    const int order = entry.Compare(name);
-    if (order == 0 && entry.IsStream()) return entry;
-    if (isSmall_ || order > 0) pending.push_back(entry.Right());
-    if (isSmall_ || order < 0) pending.push_back(entry.Left());
+    if (!seen.Insert(number)) continue;
+    const Node& node = nodes_[number];
+    Entry entry;
+    if (node.nameHash == hash && sectors_->MayJump() && Read(number, &entry) && entry.IsStream() &&
+        entry.IsCalled(name)) {
+      return entry;
+    }
+    pending.push_back(node.right);
+    pending.push_back(node.left);
   }
   return std::nullopt;
 }

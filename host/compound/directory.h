@@ -31,42 +31,50 @@ class Entry {
   // The low half only in version 3, whose writers left the other undefined.
   std::uint64_t StreamSize(int version) const;
 
-  // Where `name` stands beside the entry's own in the order of the directory: shorter names come
-  // first, names of the same length by their letters without regard to ASCII case. Negative when
-  // `name` comes first, 0 when they are the same. [MS-CFB] 2.6.4.
-  int Compare(std::wstring_view name) const;
+  // Without regard to ASCII case.
+  bool IsCalled(std::wstring_view name) const;
+  // The same for all entries of one name.
+  std::uint32_t NameHash() const;
 
  private:
   std::array<std::uint8_t, SIZE> bytes_ = {};
 };
 
+std::uint32_t NameHash(std::wstring_view name);
+
 // Everything here may throw std::bad_alloc and nothing else.
 class Directory {
  public:
-  // Directories of up to so many entries are read at once and searched all over.
-  static constexpr std::uint32_t SMALL = 1024;
+  // More entries are not looked at. Neither are those behind the place where half of what the
+  // document may cost is spent, so that something is left for the streams.
+  static constexpr std::size_t MOST_ENTRIES = std::size_t{1} << 15;
+
   // `sectors` must outlive the directory.
   explicit Directory(FileSectors* sectors)
       : sectors_(sectors), chain_(sectors, sectors->FirstDirectorySector()) {}
 
   // The first entry, which describes the whole document; empty when it cannot be read or is
-  // something else.
+  // something else; then there is no directory.
   std::optional<Entry> Root();
-  // The stream of this name directly below the root, whose entries form a tree. In a small
-  // directory it is found wherever it is in the tree, since not every writer keeps the order. In a
-  // larger one the search follows the order, for SMALL steps at most.
+  // The stream of this name directly below the root. The entries there form a tree by their order;
+  // all of it is searched, since not every writer keeps the order. [MS-CFB] 2.6.4.
   std::optional<Entry> FindStream(std::wstring_view name);
 
  private:
+  // What is kept of an entry, to search the tree without reading it again.
+  struct Node {
+    std::uint32_t left, right;
+    std::uint32_t nameHash;
+  };
+
   bool Read(std::uint32_t number, Entry* entry);
-  // Reads a small directory into memory.
   void Load();
 
   FileSectors* sectors_;
   Chain chain_;
+  std::uint32_t child_ = 0;  // of the root
   bool hasLoaded_ = false;
-  bool isSmall_ = false;
-  std::vector<std::uint8_t> bytes_;  // of a small directory
+  std::vector<Node> nodes_;
 };
 
 }  // namespace compound

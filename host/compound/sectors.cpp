@@ -18,12 +18,15 @@ constexpr std::size_t TABLE_READ_SIZE = 4096;
 
 bool NumberSet::Insert(std::uint32_t number) {
   if (number >= limit_) return false;
-  if (lastPage_ == nullptr || number / PAGE_SIZE != lastNumber_) {
-    lastPage_ = &pages_[number / PAGE_SIZE];
-    lastNumber_ = number / PAGE_SIZE;
+  const std::uint32_t pageNumber = number / PAGE_BITS;
+  if (page_ == nullptr || pageNumber != pageNumber_) {
+    page_ = pages_[pageNumber].data();
+    pageNumber_ = pageNumber;
   }
-  if ((*lastPage_)[number % PAGE_SIZE]) return false;
-  lastPage_->set(number % PAGE_SIZE);
+  std::uint64_t& word = page_[number % PAGE_BITS / 64];
+  const std::uint64_t bit = std::uint64_t{1} << number % 64;
+  if ((word & bit) != 0) return false;
+  word |= bit;
   return true;
 }
 
@@ -31,7 +34,7 @@ void Chain::Follow(std::uint64_t length) {
   while (length_ < length && !hasEnded_) {
     if (length_ > 0) next_ = sectors_->Next(last_);
     const bool jumps = length_ == 0 || next_ != last_ + 1;
-    if (!seen_.Insert(next_) || (jumps && runs_.size() > CHAIN_JUMPS)) {
+    if (!seen_.Insert(next_) || (jumps && !sectors_->MayJump())) {
       hasEnded_ = true;
       return;
     }
@@ -122,7 +125,7 @@ std::size_t FileSectors::LoadTable(std::size_t index, std::size_t most, std::uin
   std::size_t count = 1;
   while (count < most && tableSectors_[index + count] == first + count) ++count;
   const std::size_t got =
-      MayRead() ? ReadAt(tableSectors_[index], 0, bytes, count * SectorSize()) : 0;
+      MayJump() ? ReadAt(tableSectors_[index], 0, bytes, count * SectorSize()) : 0;
   std::fill(bytes + got, bytes + count * SectorSize(), std::uint8_t{0xFF});
   return count;
 }
@@ -134,7 +137,7 @@ bool FileSectors::ReadNextDifatSector() {
   const std::uint64_t needed = (sectorCount_ + perSector - 1) / perSector;
   if (tableSectors_.size() >= std::min<std::uint64_t>(needed, MOST_TABLE_SECTORS)) return false;
   std::vector<std::uint8_t> bytes(SectorSize());
-  if (!MayRead() || ReadAt(nextDifatSector_, 0, bytes.data(), bytes.size()) != bytes.size()) {
+  if (!MayJump() || ReadAt(nextDifatSector_, 0, bytes.data(), bytes.size()) != bytes.size()) {
     return false;
   }
   for (std::size_t i = 0; i + 1 < perSector; ++i) tableSectors_.push_back(U32(&bytes[4 * i]));

@@ -24,8 +24,7 @@ std::uint64_t MiniSectors::SectorCount() const {
 std::uint32_t MiniSectors::Next(std::uint32_t sector) {
   return table_.Entry(sector, [this](std::size_t index, std::size_t, std::uint8_t* bytes) {
     const std::size_t size = sectors_->SectorSize();
-    const std::size_t got =
-        sectors_->MayRead() ? tableContent_.ReadAt(std::uint64_t{index} * size, bytes, size) : 0;
+    const std::size_t got = tableContent_.ReadAt(std::uint64_t{index} * size, bytes, size);
     std::fill(bytes + got, bytes + size, std::uint8_t{0xFF});
     return std::size_t{1};
   });

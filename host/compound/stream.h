@@ -23,6 +23,7 @@ class MiniSectors final : public Sectors {
   std::uint32_t Next(std::uint32_t sector) override;
   std::size_t ReadAt(std::uint32_t sector, std::size_t offset, std::uint8_t* bytes,
                      std::size_t count) override;
+  bool MayJump() override { return sectors_->MayJump(); }
 
  private:
   FileSectors* sectors_;

@@ -66,8 +66,8 @@ OtherRows OtherRowsNow() {
   return found;
 }
 
-// The table is a paragraph for each set of filters. Below them stand the samples, a line for each
-// label where they fit; two spaces part them.
+// The table is a paragraph for each set of filters: a line for each label with its samples, parted
+// by two spaces. So a new sample changes one line.
 constexpr const char* SEPARATOR = "  ";
 
 void WriteGoldenTable(const OtherRows& rows) {
@@ -84,15 +84,9 @@ void WriteGoldenTable(const OtherRows& rows) {
   for (const auto& [filters, labels] : table) {
     file << "yes from" << filters << '\n';
     for (const auto& [label, samples] : labels) {
-      std::string line = label + ':';
-      for (const std::string& sample : samples) {
-        if (line.size() + sample.size() > 150) {
-          file << line << '\n';
-          line = label + ':';
-        }
-        line += SEPARATOR + sample;
-      }
-      file << line << '\n';
+      file << label << ':';
+      for (const std::string& sample : samples) file << SEPARATOR << sample;
+      file << '\n';
     }
   }
 }

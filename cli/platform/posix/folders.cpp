@@ -152,7 +152,7 @@ PathForLibrary::PathForLibrary(const Place& place) : path_(ToWide(place.name)) {
   if (place.folder == nullptr) return;
   const int folder = static_cast<int>(place.folder->handle());
   path_ = ToWide(DescriptorPath(folder) + "/" + place.name);
-  if (path_.size() <= LIBRARY_PATH && HasDescriptorFolder()) return;
+  if (path_.size() <= TYPESCOUT_PATH_LIMIT && HasDescriptorFolder()) return;
   handle_ = GoTo(folder);
   if (handle_ >= 0) {
     isElsewhere_ = true;

@@ -149,7 +149,7 @@ Status TryToRead(const Place& place) {
 
 // A folder with a long path is told by its short name, where the volume has such names.
 PathForLibrary::PathForLibrary(const Place& place) : path_(ToWide(PathOf(place))) {
-  if (path_.size() <= LIBRARY_PATH || place.folder == nullptr) return;
+  if (path_.size() <= TYPESCOUT_PATH_LIMIT || place.folder == nullptr) return;
   const std::wstring folder = SystemPath(place.folder->path());
   std::wstring brief(GetShortPathNameW(folder.c_str(), nullptr, 0), L'\0');
   brief.resize(GetShortPathNameW(folder.c_str(), brief.data(), static_cast<DWORD>(brief.size())));
