@@ -119,17 +119,20 @@ std::string EarlierOutput::ReadLine(const Place& place) const {
   return line;
 }
 
-std::pair<std::size_t, std::size_t> EarlierOutput::RangeOf(std::string_view path) const {
+std::vector<std::size_t> EarlierOutput::PlacesOf(std::string_view path) const {
   std::string written;
   AppendJsonString(path, &written);
-  const auto range = std::ranges::equal_range(places_, Hash(written), {}, &Place::hash);
-  const auto begin = static_cast<std::size_t>(range.begin() - places_.begin());
-  return {begin, begin + range.size()};
+  const std::uint64_t hash = Hash(written);
+  std::vector<std::size_t> found;
+  const auto begin = std::ranges::lower_bound(places_, hash, {}, &Place::hash);
+  for (auto at = begin; at != places_.end() && at->hash == hash; ++at) {
+    found.push_back(static_cast<std::size_t>(at - places_.begin()));
+  }
+  return found;
 }
 
 std::optional<Record> EarlierOutput::Find(std::string_view path, std::string_view modified) const {
-  const auto [begin, end] = RangeOf(path);
-  for (std::size_t i = begin; i != end; ++i) {
+  for (const std::size_t i : PlacesOf(path)) {
     auto parsed = Parse(ReadLine(places_[i]));
     if (parsed && parsed->first.path == path && (modified.empty() || parsed->second == modified)) {
       return std::move(parsed->first);
@@ -140,8 +143,7 @@ std::optional<Record> EarlierOutput::Find(std::string_view path, std::string_vie
 
 std::optional<Record> EarlierOutput::Meet(std::string_view path) {
   std::optional<Record> first;
-  const auto [begin, end] = RangeOf(path);
-  for (std::size_t i = begin; i != end; ++i) {
+  for (const std::size_t i : PlacesOf(path)) {
     auto parsed = Parse(ReadLine(places_[i]));
     if (!parsed || parsed->first.path != path) continue;
     const std::lock_guard<std::mutex> lock(mutex_);

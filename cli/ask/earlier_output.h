@@ -51,7 +51,7 @@ class EarlierOutput {
 
   void Index(std::string_view line, std::uint64_t offset);
   std::string ReadLine(const Place& place) const;
-  std::pair<std::size_t, std::size_t> RangeOf(std::string_view path) const;
+  std::vector<std::size_t> PlacesOf(std::string_view path) const;
 
   std::intptr_t handle_ = -1;
   int error_ = 0;

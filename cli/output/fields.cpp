@@ -133,6 +133,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 template <typename Each>
 std::string Joined(const std::vector<Each>& list, auto toText, std::string_view separator) {
