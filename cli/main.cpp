@@ -9,6 +9,7 @@
 #include "cli/output/writers.h"
 #include "cli/platform/platform.h"
 #include "cli/run.h"
+#include "typescout/typescout.h"
 
 namespace {
 
@@ -31,8 +32,8 @@ int Main(const std::vector<std::string>& arguments) {
     return ExitStatus::USAGE;
   }
   if (options.help) return Print(HelpText());
-  if (options.version) return Print("typescout " TYPESCOUT_VERSION "\n");
-  if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION));
+  if (options.version) return Print("typescout " TYPESCOUT_VERSION_STRING "\n");
+  if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION_STRING));
   if (!options.completion.empty()) return Print(CompletionScript(options.completion));
   if (options.listFilters) return Print(FilterList(options.json));
   return Run(options);

@@ -8,11 +8,12 @@
 
 #include "core/probe_context.h"
 #include "core/probed_file.h"
+#include "typescout/typescout.h"
 
 namespace typescout {
 
 // Characters of the path copy, the terminator included.
-inline constexpr std::size_t PATH_CAPACITY = 260;
+inline constexpr std::size_t PATH_CAPACITY = TYPESCOUT_PATH_LIMIT + 1;
 
 // Created by an entry point, destroyed before it returns. Owns everything that it points to.
 struct FileContext {

@@ -6,6 +6,7 @@
 
 #include "core/byte_view.h"
 #include "host/structured_storage.h"
+#include "typescout/typescout.h"
 
 namespace typescout {
 
@@ -13,7 +14,7 @@ namespace typescout {
 using FilterId = std::int32_t;
 
 // The most bytes of a file that are read as its head.
-inline constexpr std::int32_t HEAD_CAPACITY = 50'000;
+inline constexpr std::int32_t HEAD_CAPACITY = TYPESCOUT_HEAD_CAPACITY;
 
 struct FileContext;
 

@@ -11,16 +11,14 @@
 namespace typescout::cli {
 namespace {
 
-constexpr std::size_t LONGEST_PATH = 259;  // in characters; the library takes no more
-
 // How the library can be told this file; nothing when its path is too long every way.
 std::optional<std::wstring> PathForLibrary(const Input& input) {
   std::wstring wide = ToWide(input.path);
-  if (wide.size() <= LONGEST_PATH) return wide;
+  if (wide.size() <= TYPESCOUT_PATH_LIMIT) return wide;
   if (input.place.folder == nullptr) return std::nullopt;
   for (const std::string& folder : input.place.folder->ShortPaths()) {
     wide = ToWide(folder + input.place.name);
-    if (wide.size() <= LONGEST_PATH) return wide;
+    if (wide.size() <= TYPESCOUT_PATH_LIMIT) return wide;
   }
   return std::nullopt;
 }

@@ -7,6 +7,7 @@
 
 #include "cli/ask/record.h"
 #include "cli/options.h"
+#include "typescout/typescout.h"
 
 namespace typescout::cli {
 
@@ -22,7 +23,7 @@ struct Input {
 };
 
 // The library never looks at more of a buffer that comes from us than of a file.
-inline constexpr std::size_t HEAD_SIZE = 50'000;
+inline constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
 
 // Which rows are asked, and in what order; what else is wanted of the answer.
 class Examiner {

@@ -8,14 +8,6 @@ using platform::Kind;
 using platform::Place;
 using platform::Status;
 
-namespace {
-
-// Longer paths, in bytes, are reached through a folder that is held open: the library takes no
-// longer ones.
-constexpr std::size_t LONG_PATH = 259;
-
-}  // namespace
-
 InputSource::InputSource(const Options& options, std::function<void()> beforeWaiting)
     : options_(options), beforeWaiting_(std::move(beforeWaiting)) {}
 
@@ -78,7 +70,7 @@ bool InputSource::NextNamed(Input* input) {
     return !platform::IsInterrupted();
   }
   input->place.name = input->path;
-  if (input->path.size() > LONG_PATH) {
+  if (input->path.size() > TYPESCOUT_PATH_LIMIT) {
     int error = 0;
     input->place = platform::ReachThroughFolder(input->path, &error);
     if (error != 0) {

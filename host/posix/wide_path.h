@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "host/strings.h"
+#include "typescout/typescout.h"
 
 namespace posix_host {
 
@@ -17,7 +18,7 @@ namespace posix_host {
 TvnPlatform::TvnStringT<wchar_t> WidePath(std::string_view bytes);
 
 // A wide path as the system's bytes. It lies on the stack, since every open needs one, and has room
-// for 259 characters of any kind.
+// for TYPESCOUT_PATH_LIMIT characters of any kind.
 class PathBytes {
  public:
   // `path` may be null.
@@ -27,7 +28,7 @@ class PathBytes {
   const char* get() const { return valid_ ? bytes_.data() : nullptr; }
 
  private:
-  std::array<char, 259 * 4 + 1> bytes_;
+  std::array<char, TYPESCOUT_PATH_LIMIT * 4 + 1> bytes_;
   bool valid_ = false;
 };
 

@@ -8,5 +8,6 @@ git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
 git ls-files -z '*.py' | xargs -0 flake8 --max-line-length 120
 
 configure asan  # the compile commands of clang
-git ls-files -z 'core/*.cpp' 'detectors/*.cpp' 'host/*.cpp' 'cli/*.cpp' ':!*windows*' |
+git ls-files -z 'core/*.cpp' 'detectors/*.cpp' 'host/*.cpp' 'modules/*.cpp' \
+  'cli/*.cpp' ':!*windows*' |
   xargs -0 -P "$(nproc)" -n 4 clang-tidy -p build/asan --quiet 2>build/tidy.log

@@ -1,0 +1,118 @@
+#!/usr/bin/env python3
+"""raw_files.py FOLDER writes raw pictures of 64 x 64 pixels, as small as the makers' formats allow.
+
+Written after the public descriptions of the formats, without pixels. Beside them, files that are no
+raw pictures but begin like one or have the length of one.
+"""
+import struct
+import sys
+from pathlib import Path
+
+SIZE = 64
+PIXELS = bytes(2 * SIZE * SIZE)
+
+
+def tiff(tags, magic=b'II*\0', pixels=PIXELS):
+    """A little-endian TIFF of one directory. The value PIXELS is the pixels' offset."""
+    tags = sorted(tags)
+    values_at = 8 + 2 + 12 * len(tags) + 4
+    pixels_at = values_at + sum(len(v) for _, _, v in tags if isinstance(v, bytes) and len(v) > 4)
+    directory, values = b'', b''
+    for tag, kind, value in tags:
+        if value is PIXELS:
+            value = pixels_at
+        if isinstance(value, int):
+            count, field = 1, struct.pack('<I', value)
+        else:
+            count = len(value) // {2: 1, 1: 1, 3: 2, 4: 4}[kind]
+            field = value.ljust(4, b'\0')
+            if len(value) > 4:
+                field = struct.pack('<I', values_at + len(values))
+                values += value
+        directory += struct.pack('<HHI', tag, kind, count) + field
+    return (magic + struct.pack('<IH', 8, len(tags)) + directory + bytes(4) + values) + pixels
+
+
+def picture(make, *more):
+    """The tags of an uncompressed picture of one sample of 16 bits a pixel."""
+    return [(256, 4, SIZE), (257, 4, SIZE), (258, 3, 16), (259, 3, 1), (262, 3, 1),
+            (271, 2, make + b'\0'), (272, 2, b'One\0'), (273, 4, PIXELS), (277, 3, 1),
+            (278, 4, SIZE), (279, 4, len(PIXELS))] + list(more)
+
+
+CFA = [(33421, 3, struct.pack('<HH', 2, 2)), (33422, 1, bytes([0, 1, 1, 2]))]  # TIFF/EP
+
+
+def ciff():
+    """Canon CRW: a heap of records with its directory at the end, in it another heap."""
+    def heap(records):
+        data, directory = b'', b''
+        for kind, value in records:
+            directory += struct.pack('<HII', kind, len(value), len(data))
+            data += value
+        return data + struct.pack('<H', len(records)) + directory + struct.pack('<I', len(data))
+    make = b'Canon\0Canon EOS D30\0'.ljust(64, b'\0')
+    sensor = struct.pack('<17H', 34, SIZE, SIZE, 1, 1, 0, 0, SIZE - 1, SIZE - 1, *[0] * 8)
+    inner = heap([(0x080a, make), (0x1031, sensor)])
+    return b'II\x1a\0\0\0HEAPCCDR'.ljust(26, b'\0') + heap([(0x2005, PIXELS), (0x300a, inner)])
+
+
+def raf():
+    """Fujifilm RAF: its header points to a JPEG preview, a table and the pixels."""
+    exif = b'Exif\0\0' + tiff([(271, 2, b'FUJIFILM\0'), (272, 2, b'FinePix One\0')], pixels=b'')
+    jpeg = b'\xff\xd8\xff\xe1' + struct.pack('>H', 2 + len(exif)) + exif + b'\xff\xd9'
+    table = struct.pack('>I2H2H2H2H', 2, 0x100, 4, SIZE, SIZE, 0x121, 4, SIZE, SIZE)
+    at = 160
+    where = [at, len(jpeg), at + len(jpeg), len(table), at + len(jpeg) + len(table), len(PIXELS)]
+    head = b'FUJIFILMCCD-RAW 0201FF000000' + b'FinePix One'.ljust(32, b'\0') + b'0100' + bytes(20)
+    return (head + struct.pack('>6I', *where)).ljust(at, b'\0') + jpeg + table + PIXELS
+
+
+def mrw():
+    """Minolta MRW: blocks of the picture's measures and of a TIFF directory, then the pixels."""
+    measures = b'21860002' + struct.pack('>4HBBBBHH', SIZE, SIZE, SIZE, SIZE, 16, 16, 0x59, 0, 0, 1)
+    names = tiff([(271, 2, b'Minolta Co., Ltd.\0'), (272, 2, b'DiMAGE One\0')], pixels=b'')
+    blocks = b''.join(name + struct.pack('>I', len(block)) + block
+                      for name, block in [(b'\0PRD', measures), (b'\0TTW', names)])
+    return b'\0MRM' + struct.pack('>I', len(blocks)) + blocks + PIXELS
+
+
+def cr3():
+    """Canon CR3: an ISO base media file with one track of Canon's raw coding."""
+    def box(name, *parts):
+        content = b''.join(parts)
+        return struct.pack('>I', 8 + len(content)) + name + content
+    coding = struct.pack('>IHHIIIIBBBBI', 0xffffffff, 0x100, 0, SIZE, SIZE, SIZE, SIZE,
+                         14, 0x40, 0, 0, 8).ljust(52, b'\0')
+    entry = box(b'CRAW', bytes(24), struct.pack('>HH', SIZE, SIZE), bytes(54), box(b'CMP1', coding))
+    handler = box(b'hdlr', bytes(8), b'vide', bytes(12))
+
+    def file(pixels_at):
+        table = box(b'stbl', box(b'stsd', bytes(4), struct.pack('>I', 1), entry),
+                    box(b'stsz', struct.pack('>III', 0, len(PIXELS), 1)),
+                    box(b'co64', struct.pack('>IIQ', 0, 1, pixels_at)))
+        moov = box(b'moov', box(b'trak', box(b'mdia', handler, box(b'minf', table))))
+        return box(b'ftyp', b'crx ', struct.pack('>I', 1), b'crx isom') + moov
+    return file(len(file(0)) + 8) + box(b'mdat', PIXELS)
+
+
+FILES = {
+    'canon.crw': ciff(),
+    'canon.cr3': cr3(),
+    'fujifilm.raf': raf(),
+    'minolta.mrw': mrw(),
+    'nikon.nef': tiff(picture(b'NIKON CORPORATION', *CFA)),
+    'olympus.orf': tiff(picture(b'OLYMPUS CORPORATION'), magic=b'IIRO'),
+    'panasonic.rw2': tiff([(1, 1, b'0300'), (2, 3, SIZE), (3, 3, SIZE), (5, 3, 0), (6, 3, SIZE),
+                           (7, 3, SIZE), (9, 3, 1), (271, 2, b'Panasonic\0'), (272, 2, b'DMC-L1\0'),
+                           (280, 4, PIXELS)], magic=b'IIU\0'),
+    # A scanner's picture, signed as a camera's: no colour filter array.
+    'grey-by-canon.tif': tiff(picture(b'Canon')),
+    # As long as the headerless picture of a camera (AVT F-080C).
+    'length-of-a-raw.tif': tiff([tag for tag in picture(b'') if tag[0] != 271]).ljust(786432, b'\0'),
+    'length-of-a-raw.bin': bytes(786432),
+}
+
+if __name__ == '__main__':
+    for name, content in FILES.items():
+        Path(sys.argv[1], name).write_bytes(content)
