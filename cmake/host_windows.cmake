@@ -3,6 +3,8 @@ add_library(typescout_host_native STATIC
   host/windows/config.cpp
   host/windows/file.cpp
   host/windows/library.cpp
+  host/windows/quiet_errors.cpp
+  host/windows/structured_storage.cpp
   host/windows/system.cpp
   host/windows/upper_extension.cpp
 )

@@ -1,12 +1,15 @@
-// answers FOLDER: what the module says about each compound document below the folder: its name, the
-// answer of a full scan, and which of the rows that look into documents accept it. One line a file,
-// in the order of the names, so that two systems can be compared.
+// answers FOLDER: what the module says about each file below the folder: its name, the answer of a
+// full scan, which of the rows that look into documents accept it, and whether the host opens it as
+// a compound document. One line a file, in the order of the names, so that two systems can be
+// compared.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "host/owners.h"
+#include "host/structured_storage.h"
 #include "typescout/typescout.h"
 
 namespace {
@@ -26,6 +29,10 @@ void Print(const std::filesystem::path& name, const std::filesystem::path& file)
       line += ' ' + std::to_string(row);
     }
   }
+  typescout::InterfaceOwner<IStorage> storage;
+  StgOpenStorage(path.c_str(), nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0,
+                 storage.Receive());
+  if (storage) line += " document";
   std::puts(line.c_str());
 }
 

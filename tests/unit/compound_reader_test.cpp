@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/compound/check.h"
 #include "host/memory/failing_allocation.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
@@ -25,6 +26,10 @@ InterfaceOwner<IStorage> OpenDocument(const std::string& bytes) {
   const HRESULT result = compound::Open(std::make_unique<MemorySource>(bytes), storage.Receive());
   EXPECT_EQ(result == S_OK, static_cast<bool>(storage));
   return storage;
+}
+
+bool IsSound(const std::string& bytes) {
+  return compound::IsSound(std::make_unique<MemorySource>(bytes));
 }
 
 TEST(CompoundReader, GivesBackWhatWasWritten) {
@@ -95,6 +100,7 @@ TEST(CompoundReader, GivesLessOfADamagedDocument) {
     };
     EXPECT_EQ(sizeOf(L"Long"), document.longSize) << document.what;
     EXPECT_EQ(sizeOf(L"Short"), document.shortSize) << document.what;
+    EXPECT_EQ(IsSound(document.bytes), document.isSound) << document.what;
   }
 }
 
