@@ -1,8 +1,7 @@
-// How bytes are looked at: a bounds-checked view that reads 0 at and beyond its end.
+// A bounds-checked view of bytes. Bytes before the start and beyond the end read as 0.
 //
-// A signature is compared as if endless zeros followed the last byte, so a short file still meets
-// the rules that its zero fill satisfies. A rule that needs its bytes "wholly inside" says so with
-// a length test of its own. The searches never look beyond the end.
+// A signature is compared as if zeros followed the last byte. A rule that needs its bytes wholly
+// inside the view tests the length itself. Searches stop at the end.
 #ifndef TYPESCOUT_CORE_BYTE_VIEW_H
 #define TYPESCOUT_CORE_BYTE_VIEW_H
 
@@ -15,7 +14,7 @@
 
 namespace typescout {
 
-// ASCII rules in every locale; other bytes are left as they are.
+// ASCII only, in every locale; other bytes are returned unchanged.
 constexpr std::uint8_t ToUpperAscii(std::uint8_t byte) {
   return byte >= 'a' && byte <= 'z' ? static_cast<std::uint8_t>(byte - ('a' - 'A')) : byte;
 }
@@ -29,8 +28,7 @@ class ByteView {
   static constexpr Position NOT_FOUND = -1;
 
   constexpr ByteView() = default;
-  // Looks at `size` bytes at `bytes`, which the caller keeps alive; a negative size is an empty
-  // view.
+  // `size` bytes at `bytes`, which the caller keeps alive; a negative size gives an empty view.
   constexpr ByteView(const unsigned char* bytes, Position size)
       : bytes_(bytes), size_(std::max<Position>(size, 0)) {}
   // The same of text.

@@ -1,4 +1,4 @@
-// How a detector looks into a compound document.
+// Reading a stream of a compound document.
 #ifndef TYPESCOUT_DETECTORS_STREAM_READ_H
 #define TYPESCOUT_DETECTORS_STREAM_READ_H
 
@@ -10,8 +10,8 @@
 namespace typescout {
 
 // Opens the stream `name` of `storage` (may be null), reads its first bytes into `buffer`, as many
-// as fit, and closes it again. Returns a view of those that came; empty when there is no such
-// stream or it does not open. A read that fails half-way leaves what came before.
+// as fit, and closes it. Returns a view of the bytes read; empty when there is no such stream or it
+// does not open. When a read fails half-way, the view holds what was read before.
 ByteView ReadStream(IStorage* storage, const wchar_t* name, std::span<unsigned char> buffer);
 
 }  // namespace typescout

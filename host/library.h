@@ -9,7 +9,8 @@ namespace TvnUtils {
 // A loadable module. A bare name is looked for beside the typescout module itself (on Windows in
 // the system folder too), an absolute path where it says; either without an extension gets the
 // platform's. The current folder and the loader's search path are never looked at. Which modules
-// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp.
+// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp. On POSIX a
+// module that the process has already loaded by the very path is not looked at again.
 class TvnLibrary {
  public:
   // Loads nothing yet.
@@ -31,8 +32,8 @@ class TvnLibrary {
   bool Unload();
 
  private:
-  struct Module;
-  Module* module_;  // null when memory ran out: such a library never loads
+  void* loaded_ = nullptr;
+  TvnPlatform::TvnStringT<wchar_t> name_;  // empty, which never loads, when memory ran out
 };
 
 }  // namespace TvnUtils

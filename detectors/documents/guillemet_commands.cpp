@@ -9,7 +9,7 @@ using Position = ByteView::Position;
 
 constexpr std::uint8_t OPENING = 0xAE;
 constexpr std::uint8_t CLOSING = 0xAF;
-constexpr int ENOUGH = 2;  // signs of such commands
+constexpr int ENOUGH = 2;  // signs of commands
 
 // Where the next command starts at or behind `at` and before `limit`: the opening byte and two
 // capital letters; NOT_FOUND when there is none.
@@ -23,8 +23,8 @@ Position NextCommand(ByteView head, Position at, Position limit) {
   return distance == ByteView::NOT_FOUND ? distance : at + distance;
 }
 
-// The command TS takes parameters: the commas and closing bytes among the six bytes behind its
-// letters, as far as they lie before `limit`.
+// The command TS takes parameters: how many of the six bytes behind its letters, as far as they lie
+// before `limit`, are commas or closing bytes.
 int CountSeparators(ByteView head, Position command, Position limit) {
   if (!head.Matches(command + 1, "TS")) return 0;
   int count = 0;
@@ -36,13 +36,13 @@ int CountSeparators(ByteView head, Position command, Position limit) {
 
 }  // namespace
 
-// Positions are 16-bit numbers here and wrap: that is what decides about long files. The text ends
-// at the first zero byte, but commands are looked for behind it too; with such a byte among the
-// first three there is no text.
+// The text ends at the first zero byte and has at least three bytes; commands are searched for
+// behind that byte too. Positions are 16-bit numbers that wrap, which matters for heads of more
+// than 64 KiB (a caller may pass such a head).
 //
-// The closing byte is looked for from the first opening byte on. The first command to find it moves
-// the position by the distance between the two, which may take it back to the start; the second is
-// enough. So the loop ends.
+// When the text has a closing byte behind its first opening byte, every command counts as a sign.
+// The first command then also moves the position by the distance between these two bytes, possibly
+// back towards the start; the second ends the loop.
 std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   const Position zero = head.Find(0);

@@ -1,5 +1,4 @@
-// Documents of the word-processor family: plain files and, of the newer versions, compound
-// documents.
+// Documents of the word-processor family: plain files and, from newer versions, compound documents.
 #include "detectors/documents/documents.h"
 #include "detectors/documents/scriptora_header.h"
 #include "detectors/stream_read.h"
@@ -34,8 +33,8 @@ std::int32_t DetectScriptora0809(const ProbeContext* probe) {
   return IsDocument(head, 0) && MinorVersion(head) == 0;
 }
 
-// Opens with a record; a further kind of file has the same record and is a compound document too,
-// which its main stream tells.
+// A leading record names one of three kinds. A fourth kind stands in the main stream of a compound
+// document that begins with the same record.
 std::int32_t DetectFilter0813(const ProbeContext* probe) {
   constexpr ByteView::Position LEAST_SIZE = 10;
   constexpr ByteView::Position KIND = 4;

@@ -12,16 +12,18 @@ namespace typescout {
 inline constexpr ByteView::Position SCRIPTORA_HEADER_SIZE = 16;
 inline constexpr const wchar_t* SCRIPTORA_MAIN_STREAM = L"ScriptoraDesk_MAIN";
 
-// What the header says of the file's contents.
+// The file-type byte.
 enum class ScriptoraType : std::uint8_t { DOCUMENT = 0x0A, GRAPHICS = 0x16 };
 
-// Whether `bytes` hold the whole header, of the word processor itself and of a file of this type.
+// Whether `bytes` begin with a whole header whose product is the word processor and whose file type
+// is `type`.
 bool HasScriptoraHeader(ByteView bytes, ScriptoraType type);
 
 // The first bytes of the main stream, as many as the head has.
 class ScriptoraStream {
  public:
-  // Reads; the stream is closed again. Without a storage, a stream or memory there are no bytes.
+  // Reads the stream and closes it. No bytes without a storage, without the stream or when memory
+  // runs out.
   explicit ScriptoraStream(const ProbeContext* probe);
 
   // Valid while the object lives.

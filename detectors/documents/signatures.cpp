@@ -1,7 +1,7 @@
-// Document formats that a few bytes tell, in the order of the registry.
+// Document formats recognised by a few bytes, in registry order.
 //
-// A signature that ends in a byte other than zero needs no length test: beyond the end of the head
-// there are only zeros. Some rows want more of a file than their signature takes.
+// A signature that ends in a byte other than 0 needs no length test: bytes beyond the head read as
+// 0. Some rows demand a longer file than their signature takes.
 #include "detectors/documents/documents.h"
 
 namespace typescout {
@@ -44,8 +44,8 @@ std::int32_t DetectWs2000(const ProbeContext* probe) {
   return head.size() >= 10 && head.Matches(2, "WS2000");
 }
 
-// A "[ver]" line, then one of a tab and the digit 4; with every convention of line ends, and with
-// CR LF also behind four bytes of something else.
+// A "[ver]" line, then a line of a tab and the digit 4. Lines end in CR LF, CR CR LF or LF; with CR
+// LF any four bytes may come first.
 std::int32_t DetectVerHeader(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   return head.size() >= 15 &&
@@ -53,7 +53,7 @@ std::int32_t DetectVerHeader(const ProbeContext* probe) {
           head.Matches(4, "[ver]\r\n\t4\r\n") || head.Matches(0, "[ver]\n\t4\n"));
 }
 
-// Opens with a record that says which of two kinds the file is.
+// A leading record, of one of two kinds.
 std::int32_t DetectFilter0812(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < 30) return 0;

@@ -9,8 +9,8 @@ namespace {
 
 constexpr int UNKNOWN = -1;
 
-// What stands in the first word of the file information block ([MS-DOC] 2.5.2), and the least
-// format version, in the second word, for which it says what it says.
+// A value of the first word of the file information block ([MS-DOC] 2.5.2), the lowest value of the
+// second word, the format version, for which it is valid, and the Word version that it stands for.
 struct Identifier {
   std::uint16_t word;
   std::uint16_t leastVersion;
@@ -22,7 +22,7 @@ constexpr Identifier IDENTIFIERS[] = {
     {0x8098, 101, 6}, {0xA699, 101, 6}, {0x8099, 101, 6},
 };
 
-// 8; 6, which stands for 7 too; or UNKNOWN.
+// 8, 6 (for the versions 6 and 7) or UNKNOWN.
 int WordVersion(std::uint16_t word, std::uint16_t version) {
   for (const Identifier& identifier : IDENTIFIERS) {
     if (word == identifier.word && version >= identifier.leastVersion) {
@@ -32,7 +32,7 @@ int WordVersion(std::uint16_t word, std::uint16_t version) {
   return UNKNOWN;
 }
 
-// The same of the document. Both words may be in the other byte order.
+// The same for the open document. Both words may be byte-swapped.
 int ReadWordVersion(const ProbeContext* probe) {
   unsigned char buffer[1'536];
   const ByteView block = ReadStream(probe->storage, L"WordDocument", buffer);

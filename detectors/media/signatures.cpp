@@ -1,7 +1,7 @@
-// Video, animation, sound, web pages and 3D scenes, in the order of the registry.
+// Video, animation, sound, web pages and 3D scenes, in registry order.
 //
-// A signature that ends in a byte other than zero needs no length test: beyond the end of the head
-// there are only zeros.
+// A signature that ends in a byte other than 0 needs no length test: bytes beyond the head read as
+// 0.
 #include "detectors/container_headers.h"
 #include "detectors/media/media.h"
 
@@ -66,7 +66,7 @@ std::int32_t DetectCreativeVoice(const ProbeContext* probe) {
   return Head(probe).Matches(0, "Creative Voice File");
 }
 
-// Macintosh sound: by the type or the creator that its MacBinary header names.
+// Macintosh sound, by the file type or the creator in its MacBinary header.
 std::int32_t DetectMacBinarySound(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   return head.size() >= 70 &&
@@ -85,8 +85,8 @@ std::int32_t Detect8Svx(const ProbeContext* probe) {
   return IsIff(head) && head.Matches(IFF_FORM_TYPE, "8SVX");
 }
 
-// Standard MIDI file, plain (its first track right behind the 14 bytes of the header chunk) or in
-// RIFF. MIDI Manufacturers Association, Standard MIDI Files 1.0.
+// Standard MIDI file, plain (the first track follows the 14 bytes of the header chunk) or in RIFF.
+// MIDI Manufacturers Association, Standard MIDI Files 1.0.
 std::int32_t DetectMidi(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < 18) return 0;
@@ -94,8 +94,8 @@ std::int32_t DetectMidi(const ProbeContext* probe) {
          (head.Matches(0, "MThd") && head.Matches(14, "MTrk"));
 }
 
-// Sun and NeXT sound of the encodings 1 to 3, in either byte order; an older magic number has a
-// zero byte in it.
+// Sun and NeXT sound of the encodings 1 to 3, in either byte order. An older magic number has a
+// zero byte in place of the last letter.
 std::int32_t DetectSunAudio(const ProbeContext* probe) {
   constexpr ByteView::Position ENCODING = 12;
   const ByteView head = Head(probe);

@@ -1,4 +1,4 @@
-// The suite's own formats that a few bytes of the head, or a ZIP header and the file's name, tell.
+// The suite's own formats, recognised by a few bytes or by a ZIP header and the file's name.
 #include <cstring>
 
 #include "detectors/container_headers.h"
@@ -68,7 +68,7 @@ std::int32_t DetectVxrComp2(const ProbeContext* probe) {
   return Head(probe).Matches(0, "VXRCOMP2");
 }
 
-// The graphics library knows its own format.
+// BUDI, the graphics library's own format: the library is asked.
 std::int32_t DetectBudi(const ProbeContext* probe) {
   return BUDI_IsBUDI(TvnUtils::MemStream::OpenOnRef(probe->head, probe->headLength));
 }

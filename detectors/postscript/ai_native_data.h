@@ -7,16 +7,16 @@
 #ifndef TYPESCOUT_DETECTORS_POSTSCRIPT_AI_NATIVE_DATA_H
 #define TYPESCOUT_DETECTORS_POSTSCRIPT_AI_NATIVE_DATA_H
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
 namespace typescout {
 
 // Whether records of this platform can have the module's layout. Elsewhere the module must not be
-// asked, and the layouts below do not matter.
+// asked, and the layouts below do not matter. (std::endian is C++20; the PDF import module is built
+// as C++17.)
 inline constexpr bool HAS_MODULE_LAYOUT =
-    sizeof(void*) == 8 && std::endian::native == std::endian::little;
+    sizeof(void*) == 8 && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 
 // A wide string. A short one is in `buffer`, a longer one in a block of memory.
 struct ModuleString {

@@ -12,7 +12,7 @@ constexpr ByteView::Position DOS_EPS_HEADER_SIZE = 32;
 constexpr std::size_t FIRST_LINE_CAPACITY = 254;
 
 // Whether the header names a metafile or TIFF preview: the sum of their offsets and lengths, as a
-// 32-bit number with a sign, is above 0.
+// signed 32-bit number, is above 0.
 bool HasPreview(ByteView head) {
   if (head.size() < DOS_EPS_HEADER_SIZE) return false;
   const std::uint32_t sum = head.U32Le(12) + head.U32Le(16) + head.U32Le(20) + head.U32Le(24);
@@ -40,8 +40,7 @@ std::int32_t DetectEps(const ProbeContext* probe) {
   return !(IsCreatorVersionAtMost8(head) && DetectIllustrator(probe) != 0);
 }
 
-// A job may open with a Ctrl-D (end of the job before it) or with the escape of a PJL job; what
-// Illustrator wrote is left to its filter.
+// Documents of Illustrator are left to its filter.
 std::int32_t DetectPostScript(const ProbeContext* probe) {
   constexpr ByteView::Position MIN_SIZE = 4;
   const ByteView head = Head(probe);

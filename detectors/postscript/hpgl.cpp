@@ -1,7 +1,7 @@
 // Plotter files in HP-GL or HP-GL/2, bare or wrapped in PCL escape sequences or a PJL job.
 //
-// No signature tells them. The first kilobyte is walked as instructions (two letters and their
-// parameters) and escape sequences, until one of the instructions that a plot opens with decides.
+// There is no signature. The first 1,024 bytes are walked as instructions (two letters and their
+// parameters) and escape sequences, up to an instruction that plots begin with.
 // Hewlett-Packard: "The HP-GL/2 and HP RTL Reference Guide", chapters 2 and 6; "PCL 5 Printer
 // Language Technical Reference Manual", chapter 2; "Printer Job Language Technical Reference
 // Manual", chapter 2.
@@ -65,7 +65,7 @@ class HpglWalk {
   explicit HpglWalk(ByteView head) : head_(head), scanned_(head.First(SCAN_LIMIT)) {}
 
   bool IsPlot() {
-    // Behind an XON stands one more byte that is no instruction.
+    // An XON and the byte behind it are no instruction.
     if (head_.U8(0) == XON) at_ = 2;
     Step step = Step::GO_ON;
     while (step == Step::GO_ON && at_ < Limit()) step = TakeStep();
@@ -93,7 +93,7 @@ class HpglWalk {
       case Pair('D', 'F'):
         return Step::GO_ON;
       case Pair('D', 'T'):
-        if (head_.U8(at_) != ';') ++at_;  // the new end of labels
+        if (head_.U8(at_) != ';') ++at_;  // the new label terminator
         return Step::GO_ON;
       case Pair('I', 'N'):
         if (head_.U8(at_) == ';' || head_.Matches(at_, "SP1")) return Step::YES;
@@ -137,10 +137,10 @@ class HpglWalk {
     return Step::NO;
   }
 
-  // Words that are no instructions are expected in a job that opens like a PostScript or PJL one.
+  // PostScript and PJL jobs hold words that are no instructions.
   Step AnswerToUnknown() const { return OpensPrinterJob(head_) ? Step::YES : Step::NO; }
 
-  // How many bytes the escape sequence at `at_` takes; at least those that are left when it does
+  // The length of the escape sequence at `at_`; not less than the bytes that are left when it does
   // not end.
   Position EscapeLength() const {
     const Position left = Limit() - at_;
@@ -157,7 +157,7 @@ class HpglWalk {
     return 2;
   }
 
-  // How far from `at_` the first of these bytes stands, `from` bytes on at the least.
+  // The distance from `at_` to the first of these bytes that is at least `from` bytes on.
   std::optional<Position> LengthUpTo(std::string_view bytes, Position from) const {
     const std::size_t hit =
         scanned_.Text().find_first_of(bytes, static_cast<std::size_t>(at_ + from));
@@ -172,7 +172,7 @@ class HpglWalk {
   }
 
   ByteView head_;
-  ByteView scanned_;  // instructions start in here; the byte behind it may still be looked at
+  ByteView scanned_;  // instructions start here; their bytes may lie behind it
   Position at_ = 0;
   bool initialized_ = false;  // an IN has been met
 };

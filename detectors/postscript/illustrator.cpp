@@ -1,4 +1,4 @@
-// Illustrator documents that are PostScript: told by their comments, up to the end of the setup
+// Illustrator documents in PostScript, recognised by their comments up to the end of the setup
 // section. Adobe Technical Note 5001, "PostScript Language Document Structuring Conventions
 // Specification", 3.0; Adobe Technical Note 5007, "Adobe Illustrator File Format Specification".
 #include "detectors/postscript/illustrator.h"
@@ -40,8 +40,8 @@ bool HasVersionAtMost8(std::string_view text) {
   return whole.size() == 1 && whole < "8";
 }
 
-// Whether the job switches its printer to PostScript and goes on with an Adobe one. Reads on while
-// it does, and leaves `*line` at the last line read.
+// Whether a PJL job switches the printer to PostScript and an Adobe PostScript program follows.
+// Reads the next line after each step that holds; `*line` becomes the last line read.
 bool IsPjlAroundAdobePostScript(TextLineReader* lines, std::string_view* line) {
   if (!Contains(*line, "%-12345X@PJL")) return false;
   lines->ReadTextLine(line);
@@ -50,10 +50,10 @@ bool IsPjlAroundAdobePostScript(TextLineReader* lines, std::string_view* line) {
   return Contains(*line, "EPSF") || Contains(*line, "%!PS-Adobe");
 }
 
-// Whether the first line already says that this is no document for the Illustrator filter.
+// Whether the first line rules out a document for the Illustrator filter.
 bool IsRefusedByFirstLine(const ProbeContext* probe, TextLineReader* lines,
                           std::string_view* line) {
-  // With a preview in front, it is one only for a caller that has chosen that filter.
+  // A DOS EPS file is such a document only for a caller that means to use that filter.
   if (line->starts_with(DOS_EPS_MAGIC) && probe->file != nullptr &&
       RequestedFilter(probe) != ILLUSTRATOR) {
     return true;
@@ -62,21 +62,21 @@ bool IsRefusedByFirstLine(const ProbeContext* probe, TextLineReader* lines,
   return IsPjlAroundAdobePostScript(lines, line);
 }
 
-// Where a tokeniser with ':' as the separator ends the first token.
+// The line before its first ':' that follows another character.
 std::string_view UpToColon(std::string_view line) {
   return line.substr(0, line.find(':', line.find_first_not_of(':')));
 }
 
-// The names under which Illustrator and its relatives sign.
+// The creator marks of Illustrator and of related programs.
 class IllustratorMarks {
  public:
   explicit IllustratorMarks(std::string_view text)
       : marks_{MarkSearch(text, "Adobe Illustrator"), MarkSearch(text, "Adobe_Illustrator"),
                MarkSearch(text, "A&L")} {}
 
-  bool AreHopeless() const {
+  bool AreAbsent() const {
     return std::all_of(marks_.begin(), marks_.end(),
-                       [](const MarkSearch& mark) { return mark.IsHopeless(); });
+                       [](const MarkSearch& mark) { return mark.IsAbsent(); });
   }
   std::size_t NextFrom(std::size_t position) {
     return std::min(
@@ -95,9 +95,9 @@ class IllustratorMarks {
 // of the setup section. Only lines that may change the answer are cut out and read.
 bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_view line) {
   MarkSearch box(text, "%%BoundingBox:");
-  if (box.IsHopeless()) return false;
+  if (box.IsAbsent()) return false;
   IllustratorMarks marks(text);
-  if (marks.AreHopeless()) return false;
+  if (marks.AreAbsent()) return false;
   MarkSearch endSetup(text, END_SETUP);
 
   bool markSeen = false;
@@ -124,7 +124,7 @@ bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_vie
 bool IsCreatorVersionAtMost8(ByteView head) {
   const std::string_view text = head.Text();
   MarkSearch creator(text, "%%Creator:");
-  if (creator.IsHopeless()) return false;
+  if (creator.IsAbsent()) return false;
   MarkSearch endSetup(text, END_SETUP);
   TextLineReader lines(text, LINE_CAPACITY);
   std::string_view line;

@@ -11,7 +11,6 @@ constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 }  // namespace
 
-// Steps through the bytes: the lines that are read are short.
 bool TextLineReader::ReadTextLine(std::string_view* line) {
   std::size_t begin = at_;
   while (begin < text_.size() && IsLineEnd(text_[begin])) ++begin;

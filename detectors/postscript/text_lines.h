@@ -1,5 +1,5 @@
-// How the text at the start of a PostScript file is looked at: as lines of bounded length, of which
-// those are read that hold the marks of the document structuring conventions.
+// The text at the start of a PostScript file as lines of bounded length, and a search for the marks
+// of the document structuring conventions, so that only lines with a mark need be read.
 #ifndef TYPESCOUT_DETECTORS_POSTSCRIPT_TEXT_LINES_H
 #define TYPESCOUT_DETECTORS_POSTSCRIPT_TEXT_LINES_H
 
@@ -20,8 +20,8 @@ class TextLineReader {
   // the end of the text, with `*line` as it was.
   bool ReadTextLine(std::string_view* line);
 
-  // Passes over the lines that end before `position`, where no line end may stand, without cutting
-  // them out one by one. A position that is passed already, or the end of the text, is allowed.
+  // Skips the lines that end before `position`, which is not that of a line end but may be the end
+  // of the text. Does nothing when the position is passed already.
   void SkipLinesBefore(std::size_t position);
 
   // Where the bytes that are not read yet begin.
@@ -41,17 +41,17 @@ class MarkSearch {
     SearchFrom(0);
   }
 
-  // Whether the mark is nowhere in the text (and so in no line of it). Before any other question.
-  bool IsHopeless() const { return next_ == text_.size(); }
+  // Whether the mark is nowhere in the text. To be called before any other function.
+  bool IsAbsent() const { return next_ == text_.size(); }
 
-  // Where the mark next stands at or behind `position`, which never goes back from one question to
-  // the next; the end of the text when it stands nowhere there.
+  // The first position of the mark at or behind `position`, or the end of the text. `position` must
+  // not decrease from one call to the next, of this function or of IsIn.
   std::size_t NextFrom(std::size_t position) {
     if (next_ < position) SearchFrom(position);
     return next_;
   }
 
-  // Whether the mark stands in `line`, a view into the text; its start counts as a position.
+  // Whether the mark lies wholly in `line`, a view into the text, whose start is the position.
   bool IsIn(std::string_view line) {
     if (line.size() < mark_.size()) return false;
     const auto begin = static_cast<std::size_t>(line.data() - text_.data());

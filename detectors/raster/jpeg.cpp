@@ -11,7 +11,7 @@ bool IsTiffHeader(const ByteView& head) {
   return head.Matches(0, "II*\0") || head.Matches(0, "MM\0*");
 }
 
-// The suite's charting program marks its files right behind the TIFF header.
+// The suite's charting program puts its name right behind the TIFF header.
 bool IsCharting(const ByteView& head) { return head.Matches(8, "TavonGRAPH"); }
 
 // The marker codes that the walk knows (those from RST0 to EOI stand alone).
@@ -35,8 +35,8 @@ enum Marker : std::uint8_t {
   COM = 0xFE,
 };
 
-// How far it is from the marker at `at` to the next; 0 for a marker that ends the walk. Segments of
-// a fixed size are passed over by it, whatever their length field says.
+// The distance from the marker at `at` to the next, or 0 for a marker that ends the walk. The
+// length field of a segment of fixed size is ignored.
 Position DistanceToNext(const ByteView& head, Position at) {
   const std::uint8_t code = head.U8(at + 1);
   if (code == TEM || (code >= RST0 && code <= EOI)) return 2;

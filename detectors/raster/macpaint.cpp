@@ -20,7 +20,7 @@ std::int32_t DetectMacPaint(const ProbeContext* probe) {
   while (decoded < BYTES_A_LINE) {
     const int packet = head.U8(at);
     const bool isLiteral = packet < 0x80;
-    if (isLiteral && wasLiteral) return 0;  // a packer would have written one
+    if (isLiteral && wasLiteral) return 0;  // a packer writes one literal for both
     const int length = isLiteral ? packet + 1 : 257 - packet;
     decoded += length;
     at += isLiteral ? 1 + length : 2;

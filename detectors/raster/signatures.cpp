@@ -1,4 +1,4 @@
-// The raster formats that a few bytes at fixed places give away, in registry order.
+// Raster formats recognised by a few bytes at fixed places, in registry order.
 #include "detectors/container_headers.h"
 #include "detectors/raster/raster.h"
 #include "detectors/raster/windows_executable.h"
@@ -6,7 +6,7 @@
 namespace typescout {
 namespace {
 
-// A "BM" file by the size of the header that follows the 14-byte file header.
+// A "BM" file with this size of the header behind the 14-byte file header.
 // Public source: the bitmap structures of the Windows SDK (BITMAPFILEHEADER and what follows it).
 bool IsBitmap(const ByteView& head, std::uint32_t headerSize) {
   return head.size() >= 16 && head.Matches(0, "BM") && head.U32Le(14) == headerSize;

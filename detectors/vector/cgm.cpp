@@ -33,14 +33,14 @@ bool IsBeginMetafile(const ElementHeader& element) { return Is(element, 0, 1); }
 bool IsBeginPicture(const ElementHeader& element) { return Is(element, 0, 3); }
 bool IsMetafileVersion(const ElementHeader& element) { return Is(element, 1, 1); }
 
-// Delimiters, metafile descriptors, escapes and external elements. Everything else describes or
-// draws a picture.
+// Delimiters (class 0), metafile descriptors (1), escapes (6) and external elements (7). The other
+// classes describe or draw a picture.
 bool MayPrecedePicture(const ElementHeader& element) {
   return element.elementClass <= 1 || element.elementClass == 6 || element.elementClass == 7;
 }
 
-// Goes from element to element, the first being BEGIN METAFILE, to one that settles it. A head that
-// ends before has not contradicted the format.
+// Walks on from BEGIN METAFILE, whose header is `element`, to an element that decides. True when
+// the head ends before.
 bool WalkElements(ByteView head, ElementHeader element) {
   ByteView::Position at = 0;
   for (;;) {
@@ -58,8 +58,8 @@ bool OpensClearText(ByteView head) {
          head.MatchesNoCase(static_cast<ByteView::Position>(keyword), "BEGMF");
 }
 
-// The character encoding: the opcode of BEGIN METAFILE, and what its parameter may
-// start with.
+// The character encoding: the opcode of BEGIN METAFILE and a first byte that its parameter may
+// have.
 bool OpensCharacterEncoding(ByteView head) {
   const std::uint8_t third = head.U8(2);
   return head.Matches(0, "0 ") && (third == 0x7E || third == 0x1B || third == 0x9C);

@@ -5,8 +5,8 @@
 namespace typescout {
 namespace {
 
-// The line that starts at `at`, without its end; false when none of the next MAX_LINE + 1 bytes of
-// the head ends it.
+// Sets `*line` to the line that starts at `at`, without its end. False, with `*line` as it was,
+// when none of the next MAX_LINE + 1 bytes of the head ends it.
 bool TakeLine(std::string_view head, std::size_t at, std::string_view* line) {
   constexpr std::size_t MAX_LINE = 133;
   const std::string_view from = head.substr(at, MAX_LINE + 1);

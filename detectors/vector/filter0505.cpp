@@ -4,13 +4,13 @@
 namespace typescout {
 namespace {
 
-// Goes through records of a type byte, the length of what follows the length byte, and that. All
-// bytes beyond the head read as 0, also just behind its end.
+// A position in a run of records. A record is a type byte, a length byte and as many bytes as that
+// one says.
 class RecordWalk {
  public:
   explicit RecordWalk(ByteView head) : head_(head) {}
 
-  // Of the record here: the bytes at 0, 2 and 3 from its start.
+  // These compare bytes 0 (type), 2 (subtype) and 3 (mark) of the record at the position.
   bool HasKind(std::uint8_t type, std::uint8_t subtype) const {
     return head_.U8(at_) == type && head_.U8(at_ + 2) == subtype;
   }
@@ -23,7 +23,7 @@ class RecordWalk {
 
   void PassRecord() { at_ += 2 + head_.U8(at_ + 1); }
   void PassMark() { at_ += 4; }
-  // Up to the end of the head at most: zeros follow it.
+  // Stops at the end of the head at the latest, since zeros follow it.
   void PassFillers() {
     constexpr std::uint8_t FILLER = 0x01;
     while (head_.U8(at_) == FILLER) PassRecord();
@@ -43,8 +43,8 @@ constexpr std::uint8_t GROUP = 0x02;  // the type of the records that count
 constexpr std::uint8_t OPEN = 0x7E;
 constexpr std::uint8_t CLOSE = 0x7F;
 
-// Passes the first group when it stands here: an opening mark, then records up to the closing one.
-// False when something else is among them. The head may end anywhere.
+// Passes the first group if it starts here: an opening mark, then records up to the closing mark.
+// False when another record is among them; the end of the head is no such record.
 bool PassFirstGroup(RecordWalk* walk) {
   constexpr std::uint8_t SUBTYPE = 0x01;
   if (!walk->Is(GROUP, SUBTYPE, OPEN)) return true;
@@ -73,7 +73,7 @@ bool PassSecondGroup(RecordWalk* walk) {
 
 }  // namespace
 
-// Where the head ends before anything has contradicted the format, the answer is yes.
+// Yes when the head ends before a byte contradicts the format.
 std::int32_t DetectFilter0505(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < 3) return 0;

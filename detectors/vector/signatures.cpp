@@ -1,7 +1,7 @@
-// Vector formats that a few bytes tell, in the order of the registry.
+// Vector formats recognised by a few bytes, in registry order.
 //
-// A signature that ends in a byte other than zero needs no length test: beyond the end of the head
-// there are only zeros.
+// A signature that ends in a byte other than 0 needs no length test: bytes beyond the head read as
+// 0.
 #include "detectors/container_headers.h"
 #include "detectors/documents/scriptora_header.h"
 #include "detectors/stream_read.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include "host/config.h"
@@ -93,10 +92,10 @@ class File final : public TvnUtils::CFile {
 
   // Looked up anew each time, so that a test can change or remove the file behind an open object.
   const std::string& Content() const {
-    static const std::string EMPTY;
+    static const std::string empty;
     const auto& files = TheMachine().files;
     const auto found = files.find(path_);
-    return found == files.end() ? EMPTY : found->second;
+    return found == files.end() ? empty : found->second;
   }
 
   std::wstring path_;
@@ -231,47 +230,39 @@ TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
   return TvnPlatform::TvnStringT<wchar_t>(TheMachine().filtersDir.c_str());
 }
 
-struct TvnUtils::TvnLibrary::Module {
-  std::wstring name;
-  const memory_host::Module* loaded = nullptr;
-};
-
-TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name) : module_(nullptr) {
-  const Uncounted own;
-  module_ = new Module{.name = std::wstring(name.View()), .loaded = nullptr};
-}
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
+    : name_(name.View()) {}
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  if (IsLoaded()) {
-    --TheMachine().loadedModules;
-    ++TheMachine().keptModules;
-  }
-  delete module_;
+  if (!IsLoaded()) return;
+  --TheMachine().loadedModules;
+  ++TheMachine().keptModules;
 }
 
 bool TvnUtils::TvnLibrary::Load() {
   const Uncounted own;
   if (Note(Call::LOAD_MODULE)) return false;
-  const auto found = TheMachine().modules.find(module_->name);
+  const auto found = TheMachine().modules.find(std::wstring(name_.View()));
   if (found == TheMachine().modules.end()) return false;
-  module_->loaded = &found->second;
+  loaded_ = &found->second;
   ++TheMachine().loadedModules;
   return true;
 }
 
-bool TvnUtils::TvnLibrary::IsLoaded() const { return module_->loaded != nullptr; }
+bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
   const Uncounted own;
   if (Note(Call::FIND_SYMBOL) || !IsLoaded()) return nullptr;
-  const auto found = module_->loaded->find(name);
-  return found == module_->loaded->end() ? nullptr : found->second;
+  const auto& module = *static_cast<const memory_host::Module*>(loaded_);
+  const auto found = module.find(name);
+  return found == module.end() ? nullptr : found->second;
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
   Note(Call::UNLOAD_MODULE);
   if (!IsLoaded()) return false;
-  module_->loaded = nullptr;
+  loaded_ = nullptr;
   --TheMachine().loadedModules;
   return true;
 }

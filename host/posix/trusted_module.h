@@ -17,8 +17,8 @@ namespace posix_host {
 //   the module's own may be writable by everybody when its sticky bit is set, as /tmp is: nobody
 //   can replace other people's folders there.
 //
-// Costs one stat() when there is no such file. May throw std::bad_alloc.
-std::string TrustedModule(const std::string& path);
+// Costs one stat(), and no memory, when there is no such file. May throw std::bad_alloc.
+std::string TrustedModule(const char* path);
 
 }  // namespace posix_host
 

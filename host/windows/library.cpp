@@ -8,11 +8,6 @@
 #include "host/windows/quiet_errors.h"
 #include "host/windows/system.h"
 
-struct TvnUtils::TvnLibrary::Module {
-  TvnPlatform::TvnStringT<wchar_t> name;
-  HMODULE loaded = nullptr;
-};
-
 namespace {
 
 // Loads the module at an absolute path, when there is a file. What the module needs in turn may lie
@@ -50,36 +45,31 @@ HMODULE LoadNamed(std::wstring name) {
 }  // namespace
 
 TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
-    : module_(new (std::nothrow) Module) {
-  if (module_ != nullptr) module_->name = TvnPlatform::TvnStringT<wchar_t>(name.View());
-}
+    : name_(name.View()) {}
 
-TvnUtils::TvnLibrary::~TvnLibrary() {
-  // A module that is still loaded keeps its reference, and so stays in memory.
-  delete module_;
-}
+// A module that is still loaded keeps its reference, and so stays in memory.
+TvnUtils::TvnLibrary::~TvnLibrary() = default;
 
 bool TvnUtils::TvnLibrary::Load() {
-  if (module_ == nullptr || IsLoaded()) return IsLoaded();
+  if (IsLoaded()) return true;
   try {
-    module_->loaded = LoadNamed(std::wstring(module_->name.View()));
+    loaded_ = LoadNamed(std::wstring(name_.View()));
   } catch (const std::bad_alloc&) {
     return false;
   }
   return IsLoaded();
 }
 
-bool TvnUtils::TvnLibrary::IsLoaded() const {
-  return module_ != nullptr && module_->loaded != nullptr;
-}
+bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
-  return IsLoaded() ? reinterpret_cast<void*>(GetProcAddress(module_->loaded, name)) : nullptr;
+  if (!IsLoaded()) return nullptr;
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(loaded_), name));
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
   if (!IsLoaded()) return false;
-  FreeLibrary(module_->loaded);
-  module_->loaded = nullptr;
+  FreeLibrary(static_cast<HMODULE>(loaded_));
+  loaded_ = nullptr;
   return true;
 }

@@ -13,7 +13,7 @@ const TempFolder& Folder() {
 }  // namespace
 
 std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
-  return Folder().Write(name, bytes).wstring();
+  return Wide(Folder().Write(name, bytes));
 }
 
 std::wstring PutDocument(const std::wstring& name, const CLSID& classId,
@@ -21,6 +21,6 @@ std::wstring PutDocument(const std::wstring& name, const CLSID& classId,
   return PutFile(name, WriteCompound(streams, {.classId = classId}));
 }
 
-std::wstring MissingPath() { return (Folder().path() / "missing").wstring(); }
+std::wstring MissingPath() { return Wide(Folder().path() / "missing"); }
 
 }  // namespace typescout::tests

@@ -38,7 +38,7 @@ TEST(Module, AnswersAsTheSamplesSay) {
   const TempFolder folder;
   for (const Sample& sample : AllSamples()) {
     if (!IsPossible(sample)) continue;
-    std::wstring path = WriteSample(folder, sample).wstring();
+    std::wstring path = Wide(WriteSample(folder, sample));
     for (int index = 0; index < RegistrySize(); ++index) {
       if (DetectorRegistry[static_cast<std::size_t>(index)].detect != sample.detector) continue;
       const int answer = CheckFiltersFromList(path.data(), &index, 1, 0, nullptr, sample.requested);
@@ -52,7 +52,7 @@ TEST(Module, AnswersTheSameOnEveryThread) {
   std::vector<std::wstring> files;
   std::vector<int> answers;
   for (const Sample& sample : AllSamples()) {
-    files.push_back(WriteSample(folder, sample).wstring());
+    files.push_back(Wide(WriteSample(folder, sample)));
     answers.push_back(TypeScoutFile(files.back().c_str()));
   }
   std::atomic<int> differences = 0;
@@ -72,10 +72,10 @@ TEST(Module, AnswersTheSameOnEveryThread) {
 TEST(Module, AnswersNothingForWhatIsNoFile) {
   const TempFolder folder;
   EXPECT_EQ(TypeScoutFile(nullptr), 0);
-  EXPECT_EQ(TypeScoutFile(L""), 0);
-  EXPECT_EQ(TypeScoutFile(folder.path().wstring().c_str()), 0);
-  EXPECT_EQ(TypeScoutFile((folder.path() / "missing").wstring().c_str()), 0);
-  EXPECT_EQ(TypeScoutFile(folder.Write("empty", "").wstring().c_str()), 0);
+  for (const fs::path& path :
+       {fs::path(), folder.path(), folder.path() / "missing", folder.Write("empty", "")}) {
+    EXPECT_EQ(TypeScoutFile(Wide(path).c_str()), 0) << path;
+  }
 }
 
 TEST(Module, TakesPathsOf259Characters) {
@@ -83,12 +83,12 @@ TEST(Module, TakesPathsOf259Characters) {
   // Folders and a name that make the path exactly as long as wanted.
   const auto pathOf = [&folder](std::size_t length) {
     fs::path path = folder.path();
-    while (path.native().size() + 100 < length) path /= std::string(60, 'd');
-    path /= std::string(length - path.native().size() - 1, 'n');
-    return folder.Write(path.lexically_relative(folder.path()), "\x89PNG\r\n\x1A\n"s);
+    while (Wide(path).size() + 100 < length) path /= std::string(60, 'd');
+    path /= std::string(length - Wide(path).size() - 1, 'n');
+    return Wide(folder.Write(path, "\x89PNG\r\n\x1A\n"s));
   };
-  EXPECT_EQ(TypeScoutFile(pathOf(259).wstring().c_str()), 0x0322);
-  EXPECT_EQ(TypeScoutFile(pathOf(260).wstring().c_str()), 0);
+  EXPECT_EQ(TypeScoutFile(pathOf(259).c_str()), 0x0322);
+  EXPECT_EQ(TypeScoutFile(pathOf(260).c_str()), 0);
 }
 
 // A picture of so much data that the file shrinks while it is read.
@@ -108,7 +108,7 @@ TEST(Module, ThrowsWhenAFileShrinksUnderIt) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
   while (!thrown && std::chrono::steady_clock::now() < end) {
     try {
-      TypeScoutFile(file.wstring().c_str());
+      TypeScoutFile(Wide(file).c_str());
     } catch (int value) {
       EXPECT_EQ(value, 0);
       thrown = true;

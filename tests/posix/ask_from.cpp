@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "tests/posix/ask_from.h"
+#include "tests/support/temp_folder.h"
 
 int main(int argc, char** argv) {
   using typescout::tests::AskFrom;
@@ -24,9 +25,8 @@ int main(int argc, char** argv) {
   const auto checkOneFilter = reinterpret_cast<int (*)(const wchar_t*, int, int)>(
       dlsym(library, "_Z14CheckOneFilterPKwii"));
   if (checkOneFilter == nullptr) return AskFrom::FAILED;
-  const std::string_view path(argv[3]);
   try {
-    return checkOneFilter(std::wstring(path.begin(), path.end()).c_str(), std::atoi(argv[4]), 0);
+    return checkOneFilter(typescout::tests::Wide(argv[3]).c_str(), std::atoi(argv[4]), 0);
   } catch (const std::exception& error) {
     return error.what() == std::string_view("an error of the module's own class") ? AskFrom::THROWN
                                                                                   : AskFrom::FAILED;

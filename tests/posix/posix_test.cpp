@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -19,6 +20,19 @@
 #include "tests/samples/sample.h"
 #include "tests/support/temp_folder.h"
 #include "typescout/typescout.h"
+
+// Stands in for the system's function: every other call is interrupted, and one byte is read.
+bool readsAreShort = false;
+
+extern "C" ssize_t pread(int descriptor, void* bytes, size_t count, off_t offset) {
+  static bool isInterrupted = false;
+  isInterrupted = readsAreShort && !isInterrupted;
+  if (!isInterrupted) {
+    return syscall(SYS_pread64, descriptor, bytes, readsAreShort ? 1 : count, offset);
+  }
+  errno = EINTR;
+  return -1;
+}
 
 namespace typescout::tests {
 namespace {
@@ -115,6 +129,18 @@ TEST_F(Posix, OpensRegularFilesOnly) {
     int index = 40;
     EXPECT_EQ(CheckFiltersFromList(Wide(name).data(), &index, 1, 8, png, 0), 0x0322);
   }
+}
+
+TEST_F(Posix, ReadsOnAfterShortReads) {
+  folder_.Write("file", "0123456789");
+  posix_host::RegularFile file;
+  ASSERT_TRUE(file.Open(Wide("file").c_str()));
+  readsAreShort = true;
+  std::string bytes(8, '?');
+  EXPECT_EQ(file.ReadAt(1, bytes.data(), 8), 8u);
+  EXPECT_EQ(bytes, "12345678");
+  EXPECT_EQ(file.ReadAt(9, bytes.data(), 8), 1u);
+  readsAreShort = false;
 }
 
 TEST_F(Posix, ReadsBeyondFourGigabytes) {

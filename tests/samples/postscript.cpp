@@ -75,12 +75,9 @@ void PjlSamples(Table& table) {
 
 // The creator's version, as an Illustrator document that calls itself EPSF shows it.
 void VersionSamples(Table& table) {
-  // Halfway from 8 to the next double: the largest number that is read as 8.
-  const std::string halfway = "%%Creator: 008.00000000000000088817841970012523233890533447265625";
   table.Add("AI", 0x0503,
             AllEpsBy({"%%Creator: 8.0",
                       "%%Creator: 8.00",
-                      halfway,
                       "%%Creator: 0.01",
                       "%%Creator: 8.",
                       "%%Creator: .5",
@@ -101,26 +98,14 @@ void VersionSamples(Table& table) {
                       "%%EndSetu\n%%Creator: 8.0",
                       "\0%%Creator: 9.0\n%%Creator: 8.0",
                       Fill(159, 'x') + "%%Creator: 9.0\n%%Creator: 8.0"}),
-            AllEpsBy({halfway + "01",
-                      "%%Creator: 8.01",
-                      "%%Creator: 9.0",
-                      "%%Creator: 10.0",
-                      "%%Creator: 0.0",
-                      "%%Creator: 8",
-                      "%%Creator: 9.",
-                      "8.5 %%Creator:",
-                      "%%Creator: .",
-                      "%%Creator: a.b 8.0",
-                      "%%Creator: 1" + Fill(140, '0') + ".5",
-                      "%%Creator: \08.0",
-                      "%%creator: 8.0",
-                      "%%Creator 8.0",
-                      "%%Creator: 8.0\n%%AI8_CreatorVersion: 13.0.0",
-                      "%%Creator: 8.0\r\n\r\n%%AI8_CreatorVersion: 9.0",
-                      "%%Creator: 8.0\n%%AI8_CreatorVersion: 8",
-                      "%%Creator: 9.0\n%%Creator: 8.0",
-                      "%%EndSetup\n%%Creator: 8.0",
-                      Fill(149, 'x') + "%%Creator: 8.0"}));
+            AllEpsBy({"%%Creator: 8.01", "%%Creator: 9.0", "%%Creator: 10.0", "%%Creator: 0.0", "%%Creator: 8", "%%Creator: 9.",
+                      "8.5 %%Creator:", "%%Creator: .", "%%Creator: a.b 8.0", "%%Creator: 1" + Fill(140, '0') + ".5", "%%Creator: \08.0",
+                      "%%creator: 8.0", "%%Creator 8.0", "%%Creator: 8.0\n%%AI8_CreatorVersion: 13.0.0",
+                      "%%Creator: 8.0\r\n\r\n%%AI8_CreatorVersion: 9.0", "%%Creator: 8.0\n%%AI8_CreatorVersion: 8", "%%Creator: 9.0\n%%Creator: 8.0",
+                      "%%EndSetup\n%%Creator: 8.0", Fill(149, 'x') + "%%Creator: 8.0"}));
+  // Halfway from 8 to the next double: the largest number that is read as 8.
+  const std::string halfway = "%%Creator: 008.00000000000000088817841970012523233890533447265625";
+  table.Add("AI", 0x0503, AllEpsBy({halfway}), AllEpsBy({halfway + "01"}));
 }
 
 void PdfSamples(Table& table) { table.Add("AI PDF", 0x0535, {"%PDF-1", "%PDF-\0"}, {"%PDF-"}); }

@@ -10,6 +10,7 @@
 
 #include "host/owners.h"
 #include "host/structured_storage.h"
+#include "tests/support/temp_folder.h"
 #include "typescout/typescout.h"
 
 namespace {
@@ -18,7 +19,7 @@ namespace {
 constexpr int DOCUMENT_ROWS[] = {21, 24, 25, 26, 67, 79, 80};
 
 void Print(const std::filesystem::path& name, const std::filesystem::path& file) {
-  std::wstring path = file.wstring();
+  std::wstring path = typescout::tests::Wide(file);
   std::string line = name.generic_string();
   char id[16];
   std::snprintf(id, sizeof id, " 0x%04X", static_cast<unsigned>(TypeScoutFile(path.c_str())));

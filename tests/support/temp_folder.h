@@ -11,6 +11,13 @@
 
 namespace typescout::tests {
 
+// The path as the library takes it, whatever the locale.
+inline std::wstring Wide(const std::filesystem::path& path) {
+  if constexpr (sizeof(wchar_t) == 2) return path.wstring();
+  const std::u32string characters = path.u32string();
+  return {characters.begin(), characters.end()};
+}
+
 class TempFolder {
  public:
   TempFolder() {

@@ -60,7 +60,9 @@ TEST(CompoundReader, FollowsTheDifat) {
                                                        {L"Short", "x"}};
   // Just within what the header names, just beyond, and with a second sector of the DIFAT.
   for (const std::size_t freeSectors : std::initializer_list<std::size_t>{13'700, 13'900, 31'000}) {
-    const auto storage = OpenDocument(WriteCompound(streams, {.freeSectors = freeSectors}));
+    const std::string document = WriteCompound(streams, {.freeSectors = freeSectors});
+    EXPECT_TRUE(IsSound(document)) << freeSectors;
+    const auto storage = OpenDocument(document);
     EXPECT_EQ(ReadStream(storage.get(), L"Long"), DocumentContent(9'000)) << freeSectors;
     EXPECT_EQ(ReadStream(storage.get(), L"Short"), "x") << freeSectors;
   }
@@ -143,6 +145,7 @@ TEST(CompoundReader, FindsStreamsInAnyDirectory) {
     std::map<std::wstring, std::string> streams;
     for (std::size_t i = 0; i < size; ++i) streams[L"s" + std::to_wstring(i)] = std::to_string(i);
     const std::string document = WriteCompound(streams);
+    EXPECT_TRUE(IsSound(document));
     for (std::size_t i = 0; i < size; i += 49) {
       const std::wstring name = L"S" + std::to_wstring(i);
       ASSERT_EQ(ReadStream(OpenDocument(document).get(), name.c_str()), std::to_string(i)) << size;

@@ -37,7 +37,7 @@ TEST(TextLines, SkippingFindsTheLinesThatReadingFinds) {
 
     TextLineReader reader(text, 9);
     MarkSearch mark(text, "mark");
-    EXPECT_EQ(mark.IsHopeless(), text.find("mark") == text.npos);
+    EXPECT_EQ(mark.IsAbsent(), text.find("mark") == text.npos);
     Lines found;
     std::string_view line;
     reader.SkipLinesBefore(mark.NextFrom(0));

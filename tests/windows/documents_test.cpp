@@ -57,12 +57,10 @@ TEST(WindowsDocuments, AreWrittenForBothSystems) {
     streams[L"Stream " + std::to_wstring(i)] = DocumentContent(20 * i);
   }
   EXPECT_TRUE(GrowDocument(documents / "grown", streams, 500));
-  for (const int version : {3, 4}) {
-    for (const std::size_t freeSectors : {0u, 14'000u}) {
-      const std::string name = std::to_string(version) + "-" + std::to_string(freeSectors);
-      std::ofstream(documents / name, std::ios::binary)
-          << WriteCompound(streams, {.version = version, .freeSectors = freeSectors});
-    }
+  const CompoundOptions OPTIONS[] = {{}, {.freeSectors = 14'000}, {.version = 4}};
+  for (const CompoundOptions& options : OPTIONS) {
+    std::ofstream(documents / std::to_string(++number), std::ios::binary)
+        << WriteCompound(streams, options);
   }
 
   for (const auto& entry : std::filesystem::recursive_directory_iterator(documents)) {

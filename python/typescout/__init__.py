@@ -1,0 +1,292 @@
+"""Names a file's format: which of a graphics suite's import filters can read it.
+
+>>> import typescout
+>>> answer = typescout.identify_bytes(b"GIF89a\\1\\0\\1\\0\\0\\0\\0,\\0\\0\\0\\0\\1\\0\\1\\0\\0\\0\\0;")
+>>> print(answer)
+0x0305 GIF picture
+>>> answer.label, answer.mime, answer.family
+('gif', 'image/gif', 'raster')
+
+The answer is the suite's: the first of its filters, in their fixed order, that accepts the file.
+Where several accept it, ``Answer.best`` is the one that describes the file best: a TIFF file is
+answered with the filter for JPEG or TIFF, and its best is TIFF.
+"""
+
+from __future__ import annotations
+
+import dataclasses
+import functools
+import itertools
+import os
+from collections import deque
+from collections.abc import Iterable, Iterator
+from typing import Literal, Union
+
+from . import _native
+
+__all__ = [
+    "Answer",
+    "Filter",
+    "FilterId",
+    "accepts",
+    "filters",
+    "identify",
+    "identify_bytes",
+    "identify_many",
+]
+
+__version__: str = _native.VERSION
+
+PathLike = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+
+
+class FilterId(int):
+    """A filter identifier: an int that prints as four hexadecimal digits.
+
+    >>> FilterId(773)
+    0x0305
+    >>> FilterId(773) == 773
+    True
+    """
+
+    __slots__ = ()
+
+    def __repr__(self) -> str:
+        return f"0x{int(self):04X}"
+
+    __str__ = __repr__
+
+
+@dataclasses.dataclass(frozen=True)
+class Filter:
+    """One import filter.
+
+    ``label`` is for programs and never changes; ``name`` is for people. ``mime`` is empty for a
+    format without a common MIME type. ``extensions`` are in lower case, the usual one first.
+    ``never_reported``: no file is ever answered with this filter.
+    """
+
+    id: FilterId
+    label: str
+    name: str
+    mime: str
+    extensions: tuple[str, ...]
+    family: str
+    never_reported: bool = False
+
+    def __str__(self) -> str:
+        return f"{self.id} {self.name}"
+
+
+@dataclasses.dataclass(frozen=True)
+class Answer:
+    """What a file is. ``best`` is the answer itself where no filter describes the file better.
+
+    >>> tiff = identify_bytes(b"II*\\0\\x08\\0\\0\\0", name="scan.tif")
+    >>> print(tiff, "/", tiff.best)
+    0x0306 JPEG or TIFF picture / 0x0304 TIFF picture
+    """
+
+    id: FilterId
+    label: str
+    name: str
+    mime: str
+    extensions: tuple[str, ...]
+    family: str
+    # Not part of a comparison with itself: an answer that is its own best refers to itself.
+    _best: Answer | None = dataclasses.field(default=None, repr=False)
+
+    @property
+    def best(self) -> Answer:
+        """The most specific filter that accepts the file."""
+        return self if self._best is None else self._best
+
+    def __str__(self) -> str:
+        return f"{self.id} {self.name}"
+
+
+def _read_filters() -> tuple[Filter, ...]:
+    return tuple(
+        Filter(FilterId(number), label, name, mime, tuple(extensions.split()), family, never)
+        for number, label, name, mime, extensions, family, never in _native.filters()
+    )
+
+
+# The registry in its order, then the drawing object, which a full scan reports but has no row.
+_FILTERS = _read_filters()
+_ROW_COUNT = len(_FILTERS) - 1
+
+
+@functools.lru_cache(maxsize=None)
+def _answer(places: tuple[int, int]) -> Answer:
+    place, best = places
+    described = _FILTERS[place]
+    return Answer(
+        described.id,
+        described.label,
+        described.name,
+        described.mime,
+        described.extensions,
+        described.family,
+        None if best == place else _answer((best, best)),
+    )
+
+
+@functools.lru_cache(maxsize=None)
+def _find(wanted: int | str) -> Filter:
+    """The first filter with this label or identifier."""
+    for candidate in _FILTERS:
+        if wanted in (candidate.label, candidate.id):
+            return candidate
+    shown = wanted if isinstance(wanted, str) else FilterId(wanted)
+    raise ValueError(f"no such filter: {shown!r}")
+
+
+def _rows_of(wanted: int | str) -> list[int]:
+    rows = [row for row in range(_ROW_COUNT) if _FILTERS[row].family == wanted]
+    if rows:
+        return rows
+    row = _FILTERS.index(_find(wanted))
+    if row == _ROW_COUNT:
+        raise ValueError(f"{_FILTERS[row]} is reported by a full scan only")
+    return [row]
+
+
+@functools.lru_cache(maxsize=256)
+def _question(among: tuple[int | str, ...] | None, requested: int | str | None) -> _native.Question:
+    rows = [] if among is None else [row for wanted in among for row in _rows_of(wanted)]
+    if among is not None and not rows:
+        raise ValueError("among: no filter is named")
+    return _native.Question(rows, 0 if requested is None else int(_find(requested).id))
+
+
+_FULL_SCAN = _question(None, None)
+
+
+def _ask_for(among: Iterable[int | str] | None, requested: int | str | None) -> _native.Question:
+    if among is None and requested is None:
+        return _FULL_SCAN
+    if isinstance(among, (str, int)):
+        among = (among,)
+    return _question(None if among is None else tuple(among), requested)
+
+
+def identify(
+    path: PathLike,
+    *,
+    among: Iterable[int | str] | int | str | None = None,
+    requested: int | str | None = None,
+) -> Answer | None:
+    """Tells what the file at ``path`` is; None when no filter accepts it.
+
+    ``among`` asks only these filters, in this order: labels, identifiers or families ("raster",
+    "vector", "media", "native", "document", "text"). ``requested`` is the filter that the caller
+    means to use; the Illustrator and PDF filters look at it.
+
+    Raises FileNotFoundError, PermissionError, IsADirectoryError or another OSError, with
+    ``filename`` set, for what cannot be read or is no regular file, and ValueError for a filter
+    that does not exist.
+
+    >>> identify("missing.gif")
+    Traceback (most recent call last):
+    FileNotFoundError: [Errno 2] No such file or directory: 'missing.gif'
+    """
+    places = _native.identify(path, _ask_for(among, requested))
+    return None if places is None else _answer(places)
+
+
+def identify_bytes(
+    data: bytes | bytearray | memoryview,
+    *,
+    name: PathLike | None = None,
+    among: Iterable[int | str] | int | str | None = None,
+    requested: int | str | None = None,
+) -> Answer | None:
+    """Tells what a file with this content and this name would be.
+
+    ``data`` is anything with a contiguous buffer. No more than its first 50,000 bytes is copied,
+    except where a filter may look further: compound documents, GIF, TIFF, PDF, camera raw. The
+    copy is a temporary file that is gone when the call returns. Raises as ``identify`` does.
+
+    >>> identify_bytes(b"{\\\\rtf1 hello}").label
+    'rtf'
+    >>> identify_bytes(b"\\0\\x93\\0\\0\\0") is None
+    True
+    """
+    places = _native.identify_bytes(data, name, _ask_for(among, requested))
+    return None if places is None else _answer(places)
+
+
+def identify_many(
+    paths: Iterable[PathLike],
+    *,
+    threads: int | None = None,
+    among: Iterable[int | str] | int | str | None = None,
+    on_error: Literal["raise", "record"] = "raise",
+) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
+    """Yields each path with its answer, in the order of ``paths``, while threads read ahead.
+
+    ``paths`` may be any iterable, an endless one too: a few hundred paths are taken ahead.
+    ``threads`` defaults to the number of processors. ``on_error="record"`` yields the OSError of
+    a file in place of its answer; "raise" raises the first.
+
+    >>> [(path, error.errno) for path, error in identify_many(["nowhere"], on_error="record")]
+    [('nowhere', 2)]
+    """
+    if on_error not in ("raise", "record"):
+        raise ValueError(f"on_error: {on_error!r} is neither 'raise' nor 'record'")
+    if threads is None:
+        threads = len(os.sched_getaffinity(0))
+    if threads < 1:
+        raise ValueError("threads: at least 1")
+    return _identify_many(iter(paths), threads, _ask_for(among, None), on_error == "raise")
+
+
+def _identify_many(
+    paths: Iterator[PathLike], threads: int, question: _native.Question, raises: bool
+) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
+    chunk_size = 32
+    ahead = 4 * threads
+    many = _native.Many(threads, question)
+    waiting: deque[int] = deque()
+    while True:
+        while len(waiting) < ahead:
+            chunk = list(itertools.islice(paths, chunk_size))
+            if not chunk:
+                break
+            many.push(chunk)
+            waiting.append(len(chunk))
+        if not waiting:
+            return
+        waiting.popleft()
+        for path, result in many.take():
+            if type(result) is tuple:
+                yield path, _answer(result)
+            elif result is not None and raises:
+                raise result
+            else:
+                yield path, result
+
+
+def accepts(path: PathLike, filter: int | str | Filter) -> bool:  # pylint: disable=redefined-builtin
+    """Whether this one filter accepts the file. Raises as ``identify`` does.
+
+    >>> accepts("missing.gif", "gif")
+    Traceback (most recent call last):
+    FileNotFoundError: [Errno 2] No such file or directory: 'missing.gif'
+    """
+    wanted = filter if isinstance(filter, Filter) else _find(filter)
+    if wanted == _FILTERS[_ROW_COUNT]:
+        answer = identify(path)
+        return answer is not None and answer.id == wanted.id
+    return identify(path, among=(wanted.id,)) is not None
+
+
+def filters() -> tuple[Filter, ...]:
+    """All filters in the order in which a full scan asks them.
+
+    >>> filters()[4]
+    Filter(id=0x0305, label='gif', name='GIF picture', mime='image/gif', extensions=('gif',), \
+family='raster', never_reported=False)
+    """
+    return _FILTERS[:_ROW_COUNT]

@@ -1,0 +1,241 @@
+// The module on the real system, whose calls fail, are interrupted or do half of their work at
+// every moment; and what each file costs in calls, bytes and memory.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/registry.h"
+#include "host/posix/wide_path.h"
+#include "tests/posix/watched_calls.h"
+#include "tests/samples/sample.h"
+#include "tests/support/compound_writer.h"
+#include "tests/support/temp_folder.h"
+#include "typescout/typescout.h"
+
+namespace typescout::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int THROWS = -1;  // in place of an answer: the int 0 was thrown
+
+struct TestFile {
+  std::string name;
+  std::wstring path;
+  std::string bytes;
+  int answer = 0;               // of a whole scan, when all goes well
+  std::set<int> possible = {};  // the answers when some rows cannot be asked
+
+  bool IsDocument() const { return bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
+};
+
+int Scan(const TestFile& file) {
+  try {
+    return TypeScoutFile(file.path.c_str());
+  } catch (int) {
+    return THROWS;
+  }
+}
+
+class SystemFaults : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folder = new TempFolder;
+    fs::create_directories(folder->path() / "filters");
+    fs::permissions(folder->path() / "filters", fs::perms::owner_all);
+    fs::copy_file(TEST_MODULE_FILE, folder->path() / "filters/TvnPDFImport.so");
+    fs::permissions(folder->path() / "filters/TvnPDFImport.so", fs::perms::owner_all);
+    setenv("TVN_FILTERS_DIR", (folder->path() / "filters").c_str(), 1);
+    // Of each filter, the first plain file and the first document that its row accepts.
+    std::set<std::pair<FilterId, bool>> filters;
+    for (const Sample& sample : AllSamples()) {
+      if (sample.verdict == NO || !filters.insert({sample.filter, sample.streams.empty()}).second)
+        continue;
+      Add(sample.name, sample.path,
+          sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams));
+    }
+    Add("nothing", L"sample", "");
+    Add("no format", L"sample", Fill(200'000, '\1'));
+    Add("GIF beyond its head", L"sample",
+        PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08" + Fill(2'000 * 256, '\xFF') + "\0;"s);
+    Add("TIFF whose directory lies beyond its head", L"sample",
+        PadTo(60'000, "II*\0\0\xEA\0\0"s) + "\1\0\xFE\0\4\0\1\0\0\0\0\0\0\0\0\0\0\0"s);
+    Add("document with a long stream", L"sample",
+        WriteCompound({{L"WordDocument", PadTo(300'000, "\xEC\xA5\xC1")}}));
+    Add("document with a drawing object", L"sample",
+        WriteCompound(
+            {},
+            {.classId = {
+                 0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}}}));
+  }
+  static void TearDownTestSuite() {
+    files.clear();
+    delete folder;
+  }
+
+  static void Add(const std::string& name, const std::wstring& path, const std::string& bytes) {
+    const fs::path written = folder->Write(fs::path(std::to_string(files.size())) / path, bytes);
+    TestFile file = {.name = name,
+                     .path = std::wstring(posix_host::WidePath(written.string()).View()),
+                     .bytes = bytes};
+    file.answer = Scan(file);
+    file.possible = {0, file.answer};
+    for (int row = 0; row < GetNumTypeScoutProcs(); ++row) {
+      const int answer = CheckFiltersFromList(file.path.data(), &row, 1, 0, nullptr, 0);
+      file.possible.insert(answer);
+    }
+    // A document that does not open may be a Publisher file by its name, and a PDF file is a yes
+    // when the module cannot be asked. A GIF that comes back short throws.
+    if (file.IsDocument() && path.ends_with(L".pub")) file.possible.insert(0x0545);
+    if (bytes.starts_with("%PDF-")) file.possible.insert({0x0535, 0x0503});
+    if (bytes.starts_with("GIF8") && bytes.size() > HEAD_CAPACITY) file.possible.insert(THROWS);
+    files.push_back(file);
+  }
+
+  // Has the fault happen at the first, second, ... call of its kind, until there is no such call.
+  // `isHarmless`: the answer must not change.
+  static void MeetEverywhere(Fault fault, bool isHarmless) {
+    constexpr int ENOUGH = 10'000;
+    for (const TestFile& file : files) {
+      bool hasFailed = true;
+      for (fault.nth = 1; hasFailed; ++fault.nth) {
+        SCOPED_TRACE(file.name + ", call " + std::to_string(fault.nth) +
+                     (fault.onwards ? " and later" : ""));
+        ASSERT_LT(fault.nth, ENOUGH);
+        const WatchedCalls calls(fault);
+        const int answer = Scan(file);
+        hasFailed = calls.hasFailed;
+        ASSERT_EQ(calls.openFiles, 0);
+        ASSERT_EQ(calls.carelessOpens, 0);
+        const bool loadsModule = file.bytes.starts_with("%PDF-");
+        ASSERT_TRUE(calls.memory == 0 || loadsModule) << "the loader keeps a little";
+        if (isHarmless || !hasFailed) {
+          ASSERT_EQ(answer, file.answer);
+        } else {
+          ASSERT_TRUE(file.possible.contains(answer)) << std::hex << answer;
+        }
+      }
+    }
+  }
+
+  static inline TempFolder* folder = nullptr;
+  static inline std::vector<TestFile> files;
+};
+
+TEST_F(SystemFaults, LeaveNothingOpenAndNoWrongAnswer) {
+  for (const bool onwards : {false, true}) {
+    for (const int error : {EIO, EACCES, EMFILE, ENOENT}) {
+      MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = error}, false);
+    }
+    MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = EAGAIN}, !onwards);
+    MeetEverywhere({.call = SystemCall::STAT, .onwards = onwards, .error = EIO}, false);
+    MeetEverywhere({.call = SystemCall::FSTAT, .onwards = onwards, .error = EIO}, false);
+    MeetEverywhere({.call = SystemCall::READ, .onwards = onwards, .error = EIO}, false);
+    MeetEverywhere({.call = SystemCall::CLOSE, .onwards = onwards, .error = EIO}, true);
+  }
+}
+
+TEST_F(SystemFaults, AreNoFaultsWhenTheCallCanGoOn) {
+  MeetEverywhere({.call = SystemCall::OPEN, .error = EINTR}, true);
+  MeetEverywhere({.call = SystemCall::READ, .error = EINTR}, true);
+  MeetEverywhere({.call = SystemCall::READ, .onwards = true}, true);  // comes in halves
+}
+
+TEST_F(SystemFaults, LetNoPipeBeRead) {
+  for (const TestFile& file : files) {
+    const WatchedCalls calls({.call = SystemCall::FSTAT, .nth = 1, .onwards = true});
+    EXPECT_EQ(Scan(file), 0) << file.name;
+    EXPECT_EQ(calls.Count(SystemCall::READ), 0) << file.name;
+    EXPECT_EQ(calls.openFiles, 0) << file.name;
+  }
+}
+
+TEST_F(SystemFaults, OfMemoryLeaveNothingOpenAndNoWrongAnswer) {
+  if (!WatchedCalls::SeeMemory()) GTEST_SKIP() << "the sanitizer has a malloc() of its own";
+  for (const bool onwards : {false, true}) {
+    MeetEverywhere({.call = SystemCall::ALLOCATE, .onwards = onwards}, false);
+  }
+}
+
+// What a scan costs: opens, stats, reads, bytes read, KiB of memory.
+using Costs = std::array<std::ptrdiff_t, 5>;
+
+Costs CostsOf(const WatchedCalls& calls) {
+  return {calls.Count(SystemCall::OPEN),
+          calls.Count(SystemCall::STAT) + calls.Count(SystemCall::FSTAT),
+          calls.Count(SystemCall::READ), static_cast<std::ptrdiff_t>(calls.bytesRead),
+          (calls.peakMemory + 1023) / 1024};
+}
+
+std::string Row(const std::string& kind, const Costs& costs) {
+  std::string row = "| " + kind + " |";
+  for (const std::ptrdiff_t cost : costs) row += ' ' + std::to_string(cost) + " |";
+  return row + '\n';
+}
+
+// The table's row of this kind in docs/guarantees.md; GUARANTEES=write replaces it.
+Costs PromisedCosts(const std::string& kind, const Costs& measured) {
+  std::stringstream read;
+  read << std::ifstream(GUARANTEES_FILE).rdbuf();
+  std::string document = read.str();
+  const std::size_t start = document.find("| " + kind + " |");
+  const std::size_t end = document.find('\n', start) + 1;
+  Costs promised = {};
+  if (start == std::string::npos) return promised;
+  if (const char* mode = std::getenv("GUARANTEES"); mode != nullptr && mode == "write"s) {
+    std::ofstream(GUARANTEES_FILE) << document.replace(start, end - start, Row(kind, measured));
+    return measured;
+  }
+  std::stringstream row(document.substr(start, end - start));
+  row.ignore(static_cast<std::streamsize>(kind.size() + 4));
+  for (std::ptrdiff_t& cost : promised) row >> cost, row.ignore(2);
+  return promised;
+}
+
+TEST_F(SystemFaults, CostWhatIsPromisedWhenThereAreNone) {
+  if (!WatchedCalls::SeeMemory()) GTEST_SKIP() << "the sanitizer has a malloc() of its own";
+  std::map<std::string, Costs> most;
+  for (const TestFile& file : files) {
+    const WatchedCalls calls;
+    Scan(file);
+    const char* kind = file.IsDocument()                  ? "compound documents"
+                       : file.bytes.starts_with("%PDF-")  ? nullptr
+                       : file.name.starts_with("GIF bey") ? "a GIF whose picture runs past the head"
+                       : file.name.starts_with("TIFF whose")
+                           ? "a TIFF whose directory lies beyond the head"
+                           : "all others";
+    if (kind == nullptr) continue;  // what the loader of the module takes is not ours
+    const Costs costs = CostsOf(calls);
+    Costs& mostOfKind = most[kind];
+    std::ranges::transform(mostOfKind, costs, mostOfKind.begin(),
+                           [](std::ptrdiff_t a, std::ptrdiff_t b) { return std::max(a, b); });
+    if (kind != std::string("all others")) continue;
+    const std::size_t head = std::min(file.bytes.size(), std::size_t{HEAD_CAPACITY});
+    EXPECT_EQ(calls.Count(SystemCall::OPEN), 1) << file.name;
+    EXPECT_EQ(calls.Count(SystemCall::READ), 1) << file.name;
+    EXPECT_EQ(calls.bytesRead, head) << file.name;
+    // What lies in /proc calls itself empty, so an empty file is read too.
+    EXPECT_LE(calls.peakMemory,
+              static_cast<std::ptrdiff_t>(std::max<std::size_t>(head, 4'096)) + 1'024)
+        << file.name;
+  }
+  for (const auto& [kind, costs] : most) {
+    const Costs promised = PromisedCosts(kind, costs);
+    for (std::size_t i = 0; i < costs.size(); ++i) {
+      EXPECT_LE(costs[i], promised[i]) << "docs/guarantees.md says less than " << Row(kind, costs);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace typescout::tests

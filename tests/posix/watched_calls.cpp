@@ -1,0 +1,172 @@
+#include "tests/posix/watched_calls.h"
+
+#include <fcntl.h>
+#include <malloc.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define MALLOC_IS_TAKEN
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define MALLOC_IS_TAKEN
+#endif
+#endif
+
+namespace typescout::tests {
+namespace {
+
+thread_local WatchedCalls* watched = nullptr;
+
+enum class Outcome { NORMAL, FAILS, DIFFERS };
+
+// What becomes of this call; `errno` is set when it fails.
+Outcome Watch(SystemCall call) {
+  if (watched == nullptr || !watched->Meets(call)) return Outcome::NORMAL;
+  errno = watched->fault().error;
+  return errno == 0 ? Outcome::DIFFERS : Outcome::FAILS;
+}
+
+int Stat(SystemCall call, int folder, const char* path, struct stat* status, int flags) {
+  const Outcome outcome = Watch(call);
+  if (outcome == Outcome::FAILS) return -1;
+  const int result = fstatat(folder, path, status, flags);
+  if (outcome == Outcome::DIFFERS) status->st_mode = S_IFIFO | 0600;
+  return result;
+}
+
+}  // namespace
+
+WatchedCalls::WatchedCalls(const Fault& fault) : fault_(fault) { watched = this; }
+WatchedCalls::~WatchedCalls() { watched = nullptr; }
+
+bool WatchedCalls::Meets(SystemCall call) {
+  const int count = ++counts_[static_cast<std::size_t>(call)];
+  if (fault_.nth == 0 || call != fault_.call) return false;
+  if (count != fault_.nth && !(fault_.onwards && count > fault_.nth)) return false;
+  hasFailed = true;
+  return true;
+}
+
+bool WatchedCalls::SeeMemory() {
+#ifdef MALLOC_IS_TAKEN
+  return false;
+#else
+  return true;
+#endif
+}
+
+}  // namespace typescout::tests
+
+using typescout::tests::Outcome;
+using typescout::tests::SystemCall;
+using typescout::tests::Watch;
+using typescout::tests::watched;
+
+#define WATCHED __attribute__((visibility("default")))
+
+extern "C" {
+
+WATCHED int open(const char* path, int flags, ...) {
+  std::va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  if (Watch(SystemCall::OPEN) == Outcome::FAILS) return -1;
+  const int file = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+  if (watched != nullptr) {
+    constexpr int KINDS = O_ACCMODE | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC | O_NOCTTY;
+    if ((flags & KINDS) != (O_RDONLY | O_CLOEXEC | O_NOCTTY)) ++watched->carelessOpens;
+    if (file >= 0) ++watched->openFiles;
+  }
+  return file;
+}
+
+WATCHED int close(int file) {
+  const bool fails = Watch(SystemCall::CLOSE) == Outcome::FAILS;
+  const int error = errno;
+  const int result = static_cast<int>(syscall(SYS_close, file));
+  if (watched != nullptr && result == 0) --watched->openFiles;
+  if (!fails) return result;
+  errno = error;
+  return -1;
+}
+
+WATCHED int stat(const char* path, struct stat* status) {
+  return typescout::tests::Stat(SystemCall::STAT, AT_FDCWD, path, status, 0);
+}
+
+WATCHED int fstat(int file, struct stat* status) {
+  return typescout::tests::Stat(SystemCall::FSTAT, file, "", status, AT_EMPTY_PATH);
+}
+
+WATCHED ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
+  const Outcome outcome = Watch(SystemCall::READ);
+  if (outcome == Outcome::FAILS) return -1;
+  if (outcome == Outcome::DIFFERS) count = (count + 1) / 2;
+  const ssize_t got = syscall(SYS_pread64, file, bytes, count, offset);
+  if (watched != nullptr && got > 0) watched->bytesRead += static_cast<std::uint64_t>(got);
+  return got;
+}
+
+#ifndef MALLOC_IS_TAKEN
+
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* block, size_t size);
+void* __libc_memalign(size_t alignment, size_t size);
+void __libc_free(void* block);
+
+}  // extern "C"
+
+namespace {
+
+void Count(std::ptrdiff_t bytes) {
+  if (watched == nullptr) return;
+  watched->memory += bytes;
+  watched->peakMemory = std::max(watched->peakMemory, watched->memory);
+}
+
+std::ptrdiff_t SizeOf(void* block) {
+  return static_cast<std::ptrdiff_t>(malloc_usable_size(block));
+}
+
+template <typename Function, typename... Arguments>
+void* Allocate(Function function, Arguments... arguments) {
+  if (watched != nullptr && watched->Meets(SystemCall::ALLOCATE)) {
+    errno = ENOMEM;
+    return nullptr;
+  }
+  void* const block = function(arguments...);
+  Count(SizeOf(block));
+  return block;
+}
+
+}  // namespace
+
+extern "C" {
+
+WATCHED void* malloc(size_t size) { return Allocate(__libc_malloc, size); }
+WATCHED void* calloc(size_t count, size_t size) { return Allocate(__libc_calloc, count, size); }
+WATCHED void* aligned_alloc(size_t alignment, size_t size) {
+  return Allocate(__libc_memalign, alignment, size);
+}
+WATCHED void* realloc(void* block, size_t size) {
+  const std::ptrdiff_t before = SizeOf(block);
+  void* const moved = Allocate(__libc_realloc, block, size);
+  if (moved != nullptr || size == 0) Count(-before);
+  return moved;
+}
+WATCHED void free(void* block) {
+  Count(-SizeOf(block));
+  __libc_free(block);
+}
+
+#endif
+
+}  // extern "C"
