@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/filters.h"
 #include "core/file_context.h"
 #include "core/registry.h"
 #include "tests/samples/sample.h"
@@ -32,13 +33,14 @@ std::string RandomBytes() {
   return bytes;
 }
 
-// `unit` over and over, behind `start`.
-std::string Repeated(std::string start, const std::string& unit) {
-  while (start.size() + unit.size() <= HEAD_CAPACITY) start += unit;
-  return start;
+// `unit` over and over, between `start` and `end`.
+std::string Repeated(std::string start, const std::string& unit, const std::string& end = "") {
+  while (start.size() + unit.size() + end.size() <= HEAD_CAPACITY) start += unit;
+  return start + end;
 }
 
-// Heads that make a careless search or walk slow.
+// Heads that make a careless search or walk slow. The last five are the worst that tools/slow_heads
+// found.
 std::vector<NamedHead> WorstHeads() {
   return {
       {"zeros", Repeated("", std::string(1, '\0'))},
@@ -57,6 +59,17 @@ std::vector<NamedHead> WorstHeads() {
       {"JPEG markers", Repeated("", "\xFF\xD8")},
       {"GIF comments",
        Repeated(std::string("GIF89a\0\0\0\0\0\0\0", 13), std::string("!\xFE\0", 3))},
+      {"PostScript, marks that do not count",
+       Repeated("%!PS-Adobe EPSF\n", "\nA%%BoundingBox:Adobe Illustrator7.0",
+                "%%Creator:%%EndSetup")},
+      {"PostScript, marks cut short",
+       Repeated("%!PS-Adobe EPSF\n%%BoundingBox:\n",
+                "Adobe_Illustrato%%BoundingBoxAdobe IllustratoA&L%%Creator%%EndSetu",
+                "%%Creator:7.0")},
+      {"PostScript, marks behind zeros",
+       Repeated("%!PS EPSF\n%%BoundingBox:\n", std::string("\0A&L\n", 5), "%%Creator:7.0")},
+      {"guillemets, commands alone", Repeated("", "\xAE\xAETS")},
+      {"CGM elements", Repeated(std::string("\0 ", 2), std::string("` \0@", 4))},
   };
 }
 
@@ -90,10 +103,11 @@ void ScanFile(benchmark::State& state, const std::string& bytes) {
   std::filesystem::remove(path);
 }
 
+// The benchmarks' names have three parts, with '|' between them.
 std::string RowName(const DetectorEntry& row) {
-  std::array<char, 16> name;
-  std::snprintf(name.data(), name.size(), "0x%04X", static_cast<unsigned>(row.filterId));
-  return name.data();
+  const std::string id = typescout::catalogue::FormatId(row.filterId);
+  const std::string name(typescout::catalogue::FindFilter(row.filterId)->name);
+  return "row|" + (name.find(id) == std::string::npos ? name + " (" + id + ")" : name);
 }
 
 }  // namespace
@@ -104,20 +118,19 @@ int main(int argc, char** argv) {
     if (row.detect == typescout::DetectNever) continue;
     for (const typescout::tests::Sample& sample : typescout::tests::AllSamples()) {
       if (sample.detector != row.detect || sample.verdict != typescout::tests::YES) continue;
-      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/typical").c_str(), AskRow, row,
-                                   sample.bytes);
+      benchmark::RegisterBenchmark((RowName(row) + "|typical").c_str(), AskRow, row, sample.bytes);
       break;
     }
     for (const NamedHead& head : worst) {
-      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/" + head.name).c_str(), AskRow, row,
+      benchmark::RegisterBenchmark((RowName(row) + "|" + head.name).c_str(), AskRow, row,
                                    head.bytes);
     }
   }
   for (const NamedHead& head : worst) {
-    benchmark::RegisterBenchmark(("scan of memory/" + head.name).c_str(), ScanMemory, head.bytes);
+    benchmark::RegisterBenchmark(("scan|memory|" + head.name).c_str(), ScanMemory, head.bytes);
   }
   for (const NamedHead& head : worst) {
-    benchmark::RegisterBenchmark(("scan of a file/" + head.name).c_str(), ScanFile, head.bytes);
+    benchmark::RegisterBenchmark(("scan|file|" + head.name).c_str(), ScanFile, head.bytes);
   }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();

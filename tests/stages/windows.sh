@@ -14,9 +14,9 @@ cmake --build build/dev --target typescout_answers typescout_write_damaged
 # there and here, and so have the real files, when there are any. No document is refused.
 rm -rf "$build/documents/real"
 [ ! -d build/dev/real-files ] || cp -r build/dev/real-files "$build/documents/real"
-cmake/wine.sh "$PWD/$build/wine" "$build/typescout_answers.exe" "$build/documents" |
+cmake/wine.sh "$PWD/$build/wine" "$build/typescout_answers.exe" "$build/documents" opened |
   tr -d '\r' >"$build/answers.txt"
-build/dev/tests/typescout_answers "$build/documents" | diff "$build/answers.txt" -
+build/dev/tests/typescout_answers "$build/documents" opened | diff "$build/answers.txt" -
 for id in 0x0507 0x0545 0x0706 0x0801 0x0807 0x0814; do # each kind of document is among them
   grep -q " $id" "$build/answers.txt"
 done
@@ -25,3 +25,11 @@ echo "$(wc -l <"$build/answers.txt") files answered alike"
 # What the system's reader makes of damaged documents, and what is made of them here.
 tests/windows/damage_table.py build/dev/tests/typescout_write_damaged "$build/damaged" \
   docs/windows.md cmake/wine.sh "$PWD/$build/wine" "$build/typescout_system_reader.exe"
+
+# Each of the eight questions that typescout_answers asks about a file opens it once.
+mkdir -p "$build/opens"
+printf 'no format\1' >"$build/opens/ordinary"
+opens=$(WINEDEBUG=+file cmake/wine.sh "$PWD/$build/wine" "$build/typescout_answers.exe" "$build/opens" 2>&1 |
+  grep -ac 'CreateFileW .*ordinary"')
+echo "8 questions about a file opened it $opens times"
+[ "$opens" = 8 ]
