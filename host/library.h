@@ -36,6 +36,16 @@ class TvnLibrary {
   TvnPlatform::TvnStringT<wchar_t> name_;  // empty, which never loads, when memory ran out
 };
 
+// Calls `call(data)`, and `left(data, ...)` when an exception leaves it, before the exception goes
+// on.
+//
+// On Windows, exceptions pass here that run no destructors: structured exceptions, and those of
+// another compiler's runtime. For them `runsDestructors` is false. The stack frames of all callers
+// up to the one that catches are dropped then, so `left` must release what belongs to them. It must
+// not throw. On other systems it is never called: all exceptions run destructors there.
+void CallGuarded(void (*call)(void* data), void (*left)(void* data, bool runsDestructors),
+                 void* data);
+
 }  // namespace TvnUtils
 
 #endif  // TYPESCOUT_HOST_LIBRARY_H
