@@ -74,4 +74,12 @@ if(TYPESCOUT_CAMERA_RAW OR TYPESCOUT_PDF_IMPORT)
       "It asks them by itself once they are installed.")
 endif()
 
+if(TYPESCOUT_PYTHON)
+  debian_package(python3-typescout SECTION python DEPENDS ${library}
+    SUMMARY "names the formats of files (Python 3)"
+    DESCRIPTION
+      "import typescout tells which of about a hundred formats of pictures,"
+      "drawings, documents, sounds and films a file or a piece of memory has.")
+endif()
+
 include(CPack)
