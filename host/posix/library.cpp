@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <climits>
@@ -47,13 +48,18 @@ class ModulePath {
   std::array<char, PATH_MAX> bytes_;
 };
 
+bool IsRegularFile(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISREG(status.st_mode);
+}
+
 // Whether the process has loaded the module by this path already, as programs do that ask about
-// many files. What the file is now makes no difference then.
+// many files. It need not be checked again then.
 bool IsHeld(const char* path) {
   const auto hasPath = [](dl_phdr_info* module, std::size_t /*size*/, void* sought) {
     return std::strcmp(module->dlpi_name, static_cast<const char*>(sought)) == 0 ? 1 : 0;
   };
-  return *path != '\0' && dl_iterate_phdr(hasPath, const_cast<char*>(path)) != 0;
+  return dl_iterate_phdr(hasPath, const_cast<char*>(path)) != 0;
 }
 
 // Keeps a loaded module in memory until the process ends. False when memory runs out.
@@ -77,6 +83,10 @@ bool TvnUtils::TvnLibrary::Load() {
   if (IsLoaded()) return true;
   constexpr int FLAGS = RTLD_NOW | RTLD_LOCAL;
   const ModulePath path(name_);
+  // Usually there is no such module. Then nothing may be asked of the loader: its lock would hold
+  // up other threads, and a process that fork() made while another thread held it would wait for
+  // ever.
+  if (!IsRegularFile(path.get())) return false;
   if (IsHeld(path.get())) loaded_ = dlopen(path.get(), FLAGS | RTLD_NOLOAD);
   if (IsLoaded()) return true;
   try {

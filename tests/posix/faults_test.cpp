@@ -192,6 +192,13 @@ TEST_F(SystemFaults, OfMemoryLeaveNothingOpenAndNoWrongAnswer) {
   for (const bool onwards : {false, true}) {
     MeetEverywhere({.call = SystemCall::ALLOCATE, .onwards = onwards}, false);
   }
+  // Without memory for the file object or for the head there is nothing to look at.
+  for (const TestFile& file : files) {
+    for (const int nth : {1, 2}) {
+      const WatchedCalls calls({.call = SystemCall::ALLOCATE, .nth = nth});
+      EXPECT_EQ(Scan(file), 0) << file.name;
+    }
+  }
 }
 
 // What a scan costs: opens, stats, reads, bytes read, KiB of memory.
@@ -251,6 +258,7 @@ TEST_F(SystemFaults, CostWhatIsPromisedWhenThereAreNone) {
     EXPECT_EQ(calls.Count(SystemCall::OPEN), 1) << file.name;
     EXPECT_EQ(calls.Count(SystemCall::READ), 1) << file.name;
     EXPECT_EQ(calls.bytesRead, head) << file.name;
+    EXPECT_EQ(calls.Count(SystemCall::LOADER), 0) << file.name << ": there is no module";
     // What lies in /proc calls itself empty, so an empty file is read too.
     EXPECT_LE(calls.peakMemory,
               static_cast<std::ptrdiff_t>(std::max<std::size_t>(head, 4'096)) + 1'024)
