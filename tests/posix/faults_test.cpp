@@ -4,10 +4,12 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -16,6 +18,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/registry.h"
@@ -199,6 +202,33 @@ TEST_F(SystemFaults, OfMemoryLeaveNothingOpenAndNoWrongAnswer) {
       EXPECT_EQ(Scan(file), 0) << file.name;
     }
   }
+}
+
+TEST_F(SystemFaults, DoNotComeOfForkWhileModulesAreLoaded) {
+  if (!WatchedCalls::SeeMemory()) GTEST_SKIP() << "the sanitizer's malloc() may be left locked";
+  const auto pdf = std::ranges::find_if(
+      files, [](const TestFile& file) { return file.bytes.starts_with("%PDF-"); });
+  ASSERT_NE(pdf, files.end());
+  std::atomic<bool> isOver = false;
+  std::jthread other([&] {
+    while (!isOver) Scan(*pdf);
+  });
+  int unlikeUs = 0;
+  for (int i = 0; i < 60 && unlikeUs == 0; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(20);
+      for (int times = 0; times < 5; ++times) {
+        if (Scan(*pdf) != pdf->answer) _exit(1);
+      }
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (status != 0) ++unlikeUs;
+  }
+  isOver = true;
+  EXPECT_EQ(unlikeUs, 0);
 }
 
 // What a scan costs: opens, stats, reads, bytes read, KiB of memory.
