@@ -28,16 +28,23 @@ __all__ = [
     "Answer",
     "Filter",
     "FilterId",
+    "HEAD_SIZE",
     "accepts",
     "filters",
     "identify",
     "identify_bytes",
     "identify_many",
+    "reads_beyond_head",
 ]
 
 __version__: str = _native.VERSION
 
+#: The bytes at the start of a file that every filter may look at.
+HEAD_SIZE: int = _native.HEAD_SIZE
+
 PathLike = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+# Labels, identifiers or families.
+Among = Union[Iterable[Union[int, str]], int, str, None]
 
 
 class FilterId(int):
@@ -163,7 +170,7 @@ def _question(among: tuple[int | str, ...] | None, requested: int | str | None) 
 _FULL_SCAN = _question(None, None)
 
 
-def _ask_for(among: Iterable[int | str] | None, requested: int | str | None) -> _native.Question:
+def _ask_for(among: Among, requested: int | str | None) -> _native.Question:
     if among is None and requested is None:
         return _FULL_SCAN
     if isinstance(among, (str, int)):
@@ -174,7 +181,7 @@ def _ask_for(among: Iterable[int | str] | None, requested: int | str | None) -> 
 def identify(
     path: PathLike,
     *,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     requested: int | str | None = None,
 ) -> Answer | None:
     """Tells what the file at ``path`` is; None when no filter accepts it.
@@ -199,7 +206,7 @@ def identify_bytes(
     data: bytes | bytearray | memoryview,
     *,
     name: PathLike | None = None,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     requested: int | str | None = None,
 ) -> Answer | None:
     """Tells what a file with this content and this name would be.
@@ -221,7 +228,7 @@ def identify_many(
     paths: Iterable[PathLike],
     *,
     threads: int | None = None,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     on_error: Literal["raise", "record"] = "raise",
 ) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
     """Yields each path with its answer, in the order of ``paths``, while threads read ahead.
@@ -260,9 +267,9 @@ def _identify_many(
             return
         waiting.popleft()
         for path, result in many.take():
-            if type(result) is tuple:
+            if isinstance(result, tuple):
                 yield path, _answer(result)
-            elif result is not None and raises:
+            elif isinstance(result, OSError) and raises:
                 raise result
             else:
                 yield path, result
@@ -280,6 +287,19 @@ def accepts(path: PathLike, filter: int | str | Filter) -> bool:  # pylint: disa
         answer = identify(path)
         return answer is not None and answer.id == wanted.id
     return identify(path, among=(wanted.id,)) is not None
+
+
+def reads_beyond_head(head: bytes | bytearray | memoryview) -> bool:
+    """Whether a filter may look beyond the first ``HEAD_SIZE`` bytes of content that begins so.
+
+    Where it is False, the head alone has the answer of the whole.
+
+    >>> reads_beyond_head(b"\\xd0\\xcf\\x11\\xe0\\xa1\\xb1\\x1a\\xe1")
+    True
+    >>> reads_beyond_head(b"\\x89PNG")
+    False
+    """
+    return _native.reads_beyond_head(bytes(head[:16]))
 
 
 def filters() -> tuple[Filter, ...]:
