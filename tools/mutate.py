@@ -25,7 +25,7 @@ COPY = TOP / "build" / "mutation" / "tree"
 
 # Which tests see a change of a folder: the tests' names for ctest, and what has to be built.
 HOST = ["unit_tests", "contract_native", "module_tests", "posix_tests", "fault_tests"]
-PROGRAM = ["typescout_cli", "typescout_stub_module"]
+PROGRAM = ["typescout_cli", "typescout_stub_module", "typescout_write_samples"]
 SUITES = {
     "core/*": (["unit_tests"], []),
     "detectors/*": (["unit_tests"], []),

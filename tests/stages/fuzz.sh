@@ -2,8 +2,8 @@
 need clang
 configure fuzz
 targets=(heads files compound camera_raw pdf_import)
-cmake --build build/fuzz --target typescout_write_seeds "${targets[@]/#/typescout_fuzz_}"
-build/fuzz/fuzz/typescout_write_seeds build/fuzz/seeds
+cmake --build build/fuzz --target typescout_write_samples "${targets[@]/#/typescout_fuzz_}"
+build/fuzz/tests/typescout_write_samples --seeds build/fuzz/seeds
 python3 tests/modules/raw_files.py build/fuzz/seeds/camera_raw
 python3 tests/modules/pdf_files.py build/fuzz/seeds/pdf_import
 # What other people's programs wrote, when the real files are there.

@@ -6,6 +6,6 @@ cmake --build build/dev
 each_test build/dev valgrind --quiet --leak-check=full --error-exitcode=1 \
   --suppressions=tests/valgrind.supp --soname-synonyms=somalloc=nouserintercepts
 # The program, with several threads, on every seed of the fuzz targets. It ends with 0 or 1.
-build/dev/fuzz/typescout_write_seeds build/dev/seeds
+build/dev/tests/typescout_write_samples --seeds build/dev/seeds
 valgrind --quiet --leak-check=full --error-exitcode=99 build/dev/typescout --jobs 4 --recursive \
   build/dev/seeds >/dev/null || [ $? -eq 1 ]

@@ -1,25 +1,44 @@
 // write_samples FOLDER: every sample as a file of its own name in a folder of its own, 0000 to
-// 9999, for tests that ask from other languages.
+// 9999, for tests that ask from other languages. write_samples --seeds FOLDER: as seeds of the fuzz
+// targets, one folder a target.
 #include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <string_view>
 
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 
+namespace {
+
+void Write(const std::filesystem::path& file, const std::string& bytes) {
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << bytes;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  if (argc != 2) return 64;
+  const bool asSeeds = argc == 3 && argv[1] == std::string_view("--seeds");
+  if (argc != 2 && !asSeeds) return 64;
+  const std::filesystem::path folder = argv[argc - 1];
   int count = 0;
   for (const typescout::tests::Sample& sample : typescout::tests::AllSamples()) {
     std::array<char, 16> number;
     std::snprintf(number.data(), number.size(), "%04d", count++);
-    const std::filesystem::path folder = std::filesystem::path(argv[1]) / number.data();
-    std::filesystem::create_directories(folder);
-    const std::filesystem::path name = std::filesystem::path(sample.path).filename();
-    std::ofstream(folder / name, std::ios::binary)
-        << (sample.streams.empty() ? sample.bytes
-                                   : typescout::tests::WriteCompound(sample.streams));
+    const std::string document =
+        sample.streams.empty() ? "" : typescout::tests::WriteCompound(sample.streams);
+    if (!asSeeds) {
+      Write(folder / number.data() / std::filesystem::path(sample.path).filename(),
+            sample.streams.empty() ? sample.bytes : document);
+      continue;
+    }
+    // The targets read something before the file itself: no wish, a plain name, nothing in between.
+    Write(folder / "heads" / number.data(), std::string(1, '\0') + sample.bytes);
+    Write(folder / "files" / number.data(), std::string(2, '\0') + sample.bytes);
+    if (!document.empty()) Write(folder / "compound" / number.data(), document);
   }
   return 0;
 }
