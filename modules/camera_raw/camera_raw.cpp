@@ -71,7 +71,7 @@ extern "C" [[gnu::visibility("default")]] int CheckForRaw(const wchar_t* path) t
 
 // The module's version and its library's; belongs to the module.
 extern "C" [[gnu::visibility("default")]] const char* TypeScoutModuleVersion() {
-  static const std::string VERSION =
+  static const std::string version =
       TYPESCOUT_VERSION_STRING ", LibRaw " + std::string(LibRaw::version());
-  return VERSION.c_str();
+  return version.c_str();
 }

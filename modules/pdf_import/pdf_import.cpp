@@ -84,6 +84,6 @@ extern "C" [[gnu::visibility("default")]] std::int32_t GetAINativeData(
 
 // The module's version and its library's; belongs to the module.
 extern "C" [[gnu::visibility("default")]] const char* TypeScoutModuleVersion() {
-  static const std::string VERSION = TYPESCOUT_VERSION_STRING ", qpdf " + pdf_import::QpdfVersion();
-  return VERSION.c_str();
+  static const std::string version = TYPESCOUT_VERSION_STRING ", qpdf " + pdf_import::QpdfVersion();
+  return version.c_str();
 }
