@@ -3,6 +3,7 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz/choices.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 
@@ -20,16 +21,14 @@ void Write(const std::filesystem::path& file, const std::string& bytes) {
 int main(int argc, char** argv) {
   if (argc != 2) return 64;
   const std::filesystem::path folder = argv[1];
-  // What the targets read before the file itself: no wish and a plain name, nothing put in between.
-  const std::string noWish(1, '\0');
-  const std::string plainName(2, '\0');
   int count = 0;
   for (const tests::Sample& sample : tests::AllSamples()) {
     const std::string name = std::to_string(count++);
-    Write(folder / "heads" / name, noWish + sample.bytes);
-    Write(folder / "files" / name, plainName + sample.bytes);
+    const std::string bytes =
+        sample.streams.empty() ? sample.bytes : tests::WriteCompound(sample.streams);
+    Write(folder / "calls" / name, bytes + std::string(fuzz::CHOICE_COUNT, '\0'));
     if (!sample.streams.empty()) {
-      Write(folder / "compound" / name, tests::WriteCompound(sample.streams));
+      Write(folder / "compound" / name, bytes);
     }
   }
   return 0;
