@@ -8,14 +8,26 @@ namespace typescout {
 namespace {
 
 constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+constexpr bool IsLineEndOrZero(char c) { return IsLineEnd(c) || c == '\0'; }
 
-// The first position from `at` on, and before `limit`, of a line end or a zero byte; else `limit`.
-std::size_t FindEndOrZero(std::string_view text, std::size_t at, std::size_t limit) {
-  for (; at < limit; ++at) {
-    const char c = text[at];
-    if (static_cast<unsigned char>(c) > '\r') continue;  // most bytes
-    if (IsLineEnd(c) || c == '\0') break;
+// Whether one of the PIECE bytes at `at` is what is looked for. Without a branch on a byte's value,
+// so that the compiler can compare all at once.
+constexpr std::size_t PIECE = 16;
+template <bool IsSought(char)>
+bool HasAny(std::string_view text, std::size_t at) {
+  unsigned char any = 0;
+  for (const char c : text.substr(at, PIECE)) any |= static_cast<unsigned char>(IsSought(c));
+  return any != 0;
+}
+
+// The first such byte from `at` on and before `limit`, or `limit`.
+template <bool IsSought(char)>
+std::size_t FindFirst(std::string_view text, std::size_t at, std::size_t limit) {
+  for (const std::size_t near = std::min(at + PIECE, limit); at < near; ++at) {
+    if (IsSought(text[at])) return at;
   }
+  while (at + PIECE <= limit && !HasAny<IsSought>(text, at)) at += PIECE;
+  while (at < limit && !IsSought(text[at])) ++at;
   return at;
 }
 
@@ -27,9 +39,8 @@ bool TextLineReader::ReadTextLine(std::string_view* line) {
   at_ = begin;
   if (begin == text_.size()) return false;
   const std::size_t limit = begin + std::min(capacity_, text_.size() - begin);
-  const std::size_t visible = FindEndOrZero(text_, begin, limit);
-  std::size_t end = visible;
-  while (end < limit && !IsLineEnd(text_[end])) ++end;
+  const std::size_t visible = FindFirst<IsLineEndOrZero>(text_, begin, limit);
+  const std::size_t end = FindFirst<IsLineEnd>(text_, visible, limit);
   *line = text_.substr(begin, visible - begin);
   at_ = std::min(end + 1, text_.size());
   return true;
@@ -38,6 +49,7 @@ bool TextLineReader::ReadTextLine(std::string_view* line) {
 void TextLineReader::SkipLinesBefore(std::size_t position) {
   if (position <= at_) return;
   std::size_t begin = position;
+  while (begin >= at_ + PIECE && !HasAny<IsLineEnd>(text_, begin - PIECE)) begin -= PIECE;
   while (begin > at_ && !IsLineEnd(text_[begin - 1])) --begin;
   // From here to the position there is no line end, only lines that fill the capacity.
   const std::size_t fullLine = capacity_ + 1;

@@ -196,7 +196,10 @@ HRESULT StgIsStorageFile(const wchar_t* path) {
   const Uncounted own;
   if (const auto fault = Note(Call::IS_STORAGE_FILE)) return fault->code;
   if (TheMachine().documents.contains(path)) return S_OK;
-  return TheMachine().files.contains(path) ? S_FALSE : STG_E_FILENOTFOUND;
+  const auto file = TheMachine().files.find(path);
+  if (file == TheMachine().files.end()) return STG_E_FILENOTFOUND;
+  const auto& reader = TheMachine().documentReader;
+  return reader && reader->isDocument(file->second) ? S_OK : S_FALSE;
 }
 
 HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mode,
@@ -206,6 +209,10 @@ HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mo
   if (priority != nullptr || exclusions != nullptr || reserved != 0) return STG_E_INVALIDFUNCTION;
   TheMachine().storageModes.push_back(mode);
   if (const auto fault = Note(Call::OPEN_STORAGE)) return fault->code;
+  const auto file = TheMachine().files.find(path);
+  if (TheMachine().documentReader && file != TheMachine().files.end()) {
+    return TheMachine().documentReader->open(file->second, storage);
+  }
   const auto found = TheMachine().documents.find(path);
   if (found == TheMachine().documents.end()) return STG_E_FILENOTFOUND;
   *storage = new memory_host::Storage(found->second);
@@ -214,6 +221,7 @@ HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mo
 
 extern "C" HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
   if (const auto fault = Note(Call::READ_CLASS)) return fault->code;
+  if (TheMachine().documentReader) return TheMachine().documentReader->readClass(storage, classId);
   *classId = static_cast<memory_host::Storage*>(storage)->ClassId();
   return S_OK;
 }

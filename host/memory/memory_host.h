@@ -40,6 +40,13 @@ struct Document {
 // The exported functions of a module, by name.
 using Module = std::map<std::string, void*>;
 
+// Reads the compound documents among the files, in place of `documents` below.
+struct DocumentReader {
+  std::function<bool(const std::string& bytes)> isDocument;
+  std::function<HRESULT(const std::string& bytes, IStorage** storage)> open;
+  std::function<HRESULT(IStorage* storage, CLSID* classId)> readClass;
+};
+
 struct Fault {
   Call call;
   int nth = 1;  // the n-th such call from Reset() on fails, and no other
@@ -56,7 +63,8 @@ struct Machine {
   // length. Unset: there are none.
   std::function<void(std::uint64_t position, std::span<char> bytes)> fillBeyondContent;
   std::map<std::wstring, Document>
-      documents;                           // the files of these paths open as compound documents
+      documents;  // the files of these paths open as compound documents
+  std::optional<DocumentReader> documentReader;
   std::map<std::wstring, Module> modules;  // by the name or path given to TvnLibrary
   std::wstring filtersDir = L"/filters";
   std::function<bool(const std::string& bytes)> isBudi;  // unset: no file is BUDI

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/choices.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 
@@ -35,9 +36,9 @@ int main(int argc, char** argv) {
             sample.streams.empty() ? sample.bytes : document);
       continue;
     }
-    // The targets read something before the file itself: no wish, a plain name, nothing in between.
-    Write(folder / "heads" / number.data(), std::string(1, '\0') + sample.bytes);
-    Write(folder / "files" / number.data(), std::string(2, '\0') + sample.bytes);
+    // Behind the file, what else the target of whole calls chooses: a plain call.
+    Write(folder / "calls" / number.data(),
+          (document.empty() ? sample.bytes : document) + std::string(fuzz::CHOICE_COUNT, '\0'));
     if (!document.empty()) Write(folder / "compound" / number.data(), document);
   }
   return 0;

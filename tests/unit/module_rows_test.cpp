@@ -15,6 +15,7 @@
 #include "detectors/raster/raster.h"
 #include "host/memory/failing_allocation.h"
 #include "tests/support/ask.h"
+#include "tests/support/module_set.h"
 
 namespace typescout::tests {
 namespace {
@@ -99,46 +100,11 @@ std::int32_t Answer(AINativeDataQuery* query, void* reserved, std::uint32_t* fla
   return theModule.result;
 }
 
-// The set, as the module's own standard library sees it.
-struct SetParts {
-  ModuleSetNode* sentinel;
-  std::uint64_t count;
-};
-static_assert(sizeof(SetParts) == sizeof(ModuleStringSet));
-
-SetParts PartsOf(const AINativeDataQuery* query) {
-  SetParts parts;
-  std::memcpy(&parts, static_cast<const void*>(&query->strings), sizeof parts);
-  return parts;
-}
-
-// Puts a string into the tree's empty place `link`.
-ModuleSetNode* Insert(ModuleSetNode*& link, ModuleSetNode* sentinel, std::u16string_view text) {
-  link = static_cast<ModuleSetNode*>(::operator new(sizeof(ModuleSetNode)));
-  *link = {sentinel, sentinel, sentinel, 0, 0, {}};
-  link->value.size = text.size();
-  link->value.capacity = std::max<std::uint64_t>(text.size(), ModuleString::BUFFER_SIZE - 1);
-  char16_t* place = link->value.buffer;
-  if (link->value.IsInBlock()) {
-    // Blocks of 4,096 bytes and more are aligned to 32, with the true address in front.
-    const std::size_t size = 2 * (text.size() + 1);
-    const std::size_t extra = size >= 4'096 ? 8 + 31 : 0;
-    void* const allocated = ::operator new(size + extra);
-    const auto address = reinterpret_cast<std::uintptr_t>(allocated) + extra;
-    place = reinterpret_cast<char16_t*>(extra == 0 ? address : address & ~std::uintptr_t{31});
-    if (extra != 0) std::memcpy(reinterpret_cast<char*>(place) - 8, &allocated, 8);
-    link->value.block = place;
-  }
-  text.copy(place, text.size());
-  place[text.size()] = 0;
-  return link;
-}
-
 // Lays out a tree that is one long branch.
 void InsertChain(AINativeDataQuery* query, ModuleSetNode* ModuleSetNode::*side) {
   ModuleSetNode* const sentinel = PartsOf(query).sentinel;
   ModuleSetNode** link = &sentinel->parent;
-  for (int i = 0; i < 200'000; ++i) link = &(Insert(*link, sentinel, u"")->*side);
+  for (int i = 0; i < 200'000; ++i) link = &(InsertString(*link, sentinel, u"")->*side);
 }
 
 std::int32_t AskNow(const File& file, Detector detector = DetectIllustratorPdf) {
@@ -229,7 +195,7 @@ TEST_F(IllustratorPdf, ReleasesTheStringsThatTheModuleLeaves) {
       while ((*link)->isNil == 0) {
         link = size < (*link)->value.size ? &(*link)->left : &(*link)->right;
       }
-      Insert(*link, sentinel, std::u16string(size, u's'));
+      InsertString(*link, sentinel, std::u16string(size, u's'));
     }
   };
   EXPECT_EQ(AskNow(pdf_), 0);
