@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/filters.h"
 #include "core/file_context.h"
 #include "core/registry.h"
 #include "tests/samples/sample.h"
@@ -90,10 +91,11 @@ void ScanFile(benchmark::State& state, const std::string& bytes) {
   std::filesystem::remove(path);
 }
 
+// The benchmarks' names have three parts, with '|' between them.
 std::string RowName(const DetectorEntry& row) {
-  std::array<char, 16> name;
-  std::snprintf(name.data(), name.size(), "0x%04X", static_cast<unsigned>(row.filterId));
-  return name.data();
+  const std::string id = typescout::catalogue::FormatId(row.filterId);
+  const std::string name(typescout::catalogue::FindFilter(row.filterId)->name);
+  return "row|" + (name.find(id) == std::string::npos ? name + " (" + id + ")" : name);
 }
 
 }  // namespace
@@ -104,20 +106,19 @@ int main(int argc, char** argv) {
     if (row.detect == typescout::DetectNever) continue;
     for (const typescout::tests::Sample& sample : typescout::tests::AllSamples()) {
       if (sample.detector != row.detect || sample.verdict != typescout::tests::YES) continue;
-      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/typical").c_str(), AskRow, row,
-                                   sample.bytes);
+      benchmark::RegisterBenchmark((RowName(row) + "|typical").c_str(), AskRow, row, sample.bytes);
       break;
     }
     for (const NamedHead& head : worst) {
-      benchmark::RegisterBenchmark(("row/" + RowName(row) + "/" + head.name).c_str(), AskRow, row,
+      benchmark::RegisterBenchmark((RowName(row) + "|" + head.name).c_str(), AskRow, row,
                                    head.bytes);
     }
   }
   for (const NamedHead& head : worst) {
-    benchmark::RegisterBenchmark(("scan of memory/" + head.name).c_str(), ScanMemory, head.bytes);
+    benchmark::RegisterBenchmark(("scan|memory|" + head.name).c_str(), ScanMemory, head.bytes);
   }
   for (const NamedHead& head : worst) {
-    benchmark::RegisterBenchmark(("scan of a file/" + head.name).c_str(), ScanFile, head.bytes);
+    benchmark::RegisterBenchmark(("scan|file|" + head.name).c_str(), ScanFile, head.bytes);
   }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();

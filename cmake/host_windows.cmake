@@ -2,6 +2,7 @@
 add_library(typescout_host_native STATIC
   host/windows/config.cpp
   host/windows/file.cpp
+  host/windows/guarded_call.cpp
   host/windows/library.cpp
   host/windows/system.cpp
   host/windows/upper_extension.cpp

@@ -1,6 +1,7 @@
 #include "core/file_context.h"
 
 #include <cstring>
+#include <memory>
 
 #include "core/registry.h"
 #include "host/handle.h"
@@ -10,6 +11,10 @@ namespace typescout {
 
 FilterId RequestedFilter(const ProbeContext* probe) {
   return probe->file == nullptr ? 0 : probe->file->requestedFilterId;
+}
+
+void ReleaseCall(const ProbeContext* probe) {
+  if (probe->file != nullptr) std::destroy_at(probe->file);
 }
 
 FileContext::~FileContext() {

@@ -40,6 +40,10 @@ inline ByteView Head(const ProbeContext* probe) { return {probe->head, probe->he
 // The filter that the caller means to use; 0 when it named none.
 FilterId RequestedFilter(const ProbeContext* probe);
 
+// Releases all that the call holds. Only when an exception leaves the call without running its
+// destructors (see TvnUtils::CallGuarded).
+void ReleaseCall(const ProbeContext* probe);
+
 }  // namespace typescout
 
 #endif  // TYPESCOUT_CORE_PROBE_CONTEXT_H

@@ -9,7 +9,8 @@ namespace TvnUtils {
 // A loadable module. A bare name is looked for beside the typescout module itself (on Windows in
 // the system folder too), an absolute path where it says; either without an extension gets the
 // platform's. The current folder and the loader's search path are never looked at. Which modules
-// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp.
+// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp. On POSIX a
+// module that the process has already loaded by the very path is not looked at again.
 class TvnLibrary {
  public:
   // Loads nothing yet.
@@ -34,6 +35,16 @@ class TvnLibrary {
   void* loaded_ = nullptr;
   TvnPlatform::TvnStringT<wchar_t> name_;  // empty, which never loads, when memory ran out
 };
+
+// Calls `call(data)`, and `left(data, ...)` when an exception leaves it, before the exception goes
+// on.
+//
+// On Windows, exceptions pass here that run no destructors: structured exceptions, and those of
+// another compiler's runtime. For them `runsDestructors` is false. The stack frames of all callers
+// up to the one that catches are dropped then, so `left` must release what belongs to them. It must
+// not throw. On other systems it is never called: all exceptions run destructors there.
+void CallGuarded(void (*call)(void* data), void (*left)(void* data, bool runsDestructors),
+                 void* data);
 
 }  // namespace TvnUtils
 

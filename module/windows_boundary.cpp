@@ -1,24 +1,50 @@
 // The six functions as the Windows module exports them (typescout.def): the same, except for how
-// the one exception leaves.
+// exceptions leave.
 //
-// A program of another compiler's can take the exception only as a structured one, and then undoes
-// the frames below it by its own rules; ours must not be among them with something to release,
-// since only our own runtime can go on after that. So everything is released first, and the
-// exception starts anew from a frame that holds nothing. A program of our own compiler's notices no
-// difference.
+// A program of another compiler's sees our exceptions as structured ones and drops the stack frames
+// below its own. Our runtime would run the destructors of these frames and then not know where to
+// go on. So all destructors run first, and then the exception is thrown again from a frame that has
+// none. To a program of our own compiler's this makes no difference.
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "host/library.h"
 #include "typescout/typescout.h"
 
 namespace {
 
+// An exception that is thrown again. Its frames have nothing to destroy: the reference is released
+// by the system's unwind handler, and std::rethrow_exception is called through a type without a
+// parameter to destroy. (The ABI passes that parameter by its address.)
+class Thrown {
+ public:
+  void Keep(std::exception_ptr exception) { new (bytes_) std::exception_ptr(std::move(exception)); }
+  void Throw() {
+    const auto rethrow = [](void* bytes) {
+      void* const function = reinterpret_cast<void*>(&std::rethrow_exception);
+      reinterpret_cast<void (*)(void*)>(function)(bytes);
+    };
+    const auto release = [](void* bytes, bool /*runsDestructors*/) {
+      *static_cast<std::exception_ptr*>(bytes) = nullptr;
+    };
+    TvnUtils::CallGuarded(rethrow, release, bytes_);
+  }
+
+ private:
+  alignas(std::exception_ptr) unsigned char bytes_[sizeof(std::exception_ptr)];
+};
+
 template <typename Function, typename... Arguments>
 int Call(Function function, Arguments... arguments) {
-  int thrown = 0;
+  Thrown thrown;
   try {
     return function(arguments...);
-  } catch (int value) {
-    thrown = value;
+  } catch (...) {
+    thrown.Keep(std::current_exception());
   }
-  throw thrown;
+  thrown.Throw();
+  return 0;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // 7.5.2); the suite's PDF import module examines the rest.
 #include <optional>
 
+#include "detectors/ask_module.h"
 #include "detectors/postscript/ai_native_data.h"
 #include "detectors/postscript/illustrator.h"
 #include "detectors/postscript/postscript.h"
@@ -26,33 +27,42 @@ bool IsNamedPdf(const wchar_t* path) {
   return SystemIO::Path::GetUpperExtension(path).View() == L".PDF";
 }
 
-// The answer flags; none when the module has no answer. What the module throws passes through.
-std::optional<std::uint32_t> Ask(GetAINativeDataFunction getAINativeData, const wchar_t* path) {
-  constexpr std::int32_t ONE = 1;
-  AINativeDataQuery query;
-  if (!query.strings.IsValid()) return std::nullopt;
-  query.path = path;
-  query.one = &ONE;
-  std::uint32_t flags = 0;
-  if (getAINativeData(&query, nullptr, &flags) == 0) return std::nullopt;
-  return flags;
-}
+// What the module is asked. The members are released from the last to the first.
+struct Question {
+  void Ask() {
+    query.emplace();
+    if (!query->strings.IsValid()) return;
+    constexpr std::int32_t ONE = 1;
+    query->path = path;
+    query->one = &ONE;
+    std::uint32_t answer = 0;
+    if (getAINativeData(&*query, nullptr, &answer) != 0) flags = answer;
+    query.reset();
+  }
 
-// The same for the module in the folder of filters, which is loaded for this question alone; none
-// when it cannot be asked.
-std::optional<std::uint32_t> AskImportModule(const wchar_t* path) {
+  const wchar_t* path;
+  TvnPlatform::TvnStringT<wchar_t> modulePath =
+      SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), L"TvnPDFImport");
+  TvnUtils::TvnLibrary library{modulePath};
+  GetAINativeDataFunction getAINativeData = nullptr;
+  std::optional<AINativeDataQuery> query = {};
+  std::optional<std::uint32_t> flags = {};  // none: the module has no answer
+};
+
+// The answer flags; none when the module cannot be asked or has no answer. What it throws passes
+// through.
+std::optional<std::uint32_t> AskImportModule(const ProbeContext* probe) {
   if (!HAS_MODULE_LAYOUT) return std::nullopt;
-  const auto modulePath = SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), L"TvnPDFImport");
-  TvnUtils::TvnLibrary library(modulePath);
-  std::optional<std::uint32_t> flags;
+  Question question = {.path = probe->path};
+  TvnUtils::TvnLibrary& library = question.library;
   library.Load();
   if (library.IsLoaded()) {
-    const auto getAINativeData =
+    question.getAINativeData =
         reinterpret_cast<GetAINativeDataFunction>(library.GetSymbol("GetAINativeData"));
-    if (getAINativeData != nullptr) flags = Ask(getAINativeData, path);
+    if (question.getAINativeData != nullptr) AskModule(&question, probe);
   }
   library.Unload();
-  return flags;
+  return question.flags;
 }
 
 }  // namespace
@@ -63,7 +73,7 @@ std::int32_t DetectIllustratorPdf(const ProbeContext* probe) {
   if (requested == ILLUSTRATOR_PDF) return 1;
   if (probe->path == nullptr) return 1;
   const bool isNamedPdf = IsNamedPdf(probe->path);  // first: the module may write to the path
-  const std::optional<std::uint32_t> flags = AskImportModule(probe->path);
+  const std::optional<std::uint32_t> flags = AskImportModule(probe);
   if (!flags) return 1;
   if ((*flags & YES_FOR_EVERY_FILTER) != 0) return 1;
   if (requested == FILTER_0519 || requested == ILLUSTRATOR) return 0;

@@ -1,5 +1,6 @@
-// The raw files of digital cameras. There are too many kinds for signatures, so the suite's decoder,
-// a module, is asked.
+// The raw files of digital cameras. There are too many kinds for signatures, so the suite's
+// decoder, a module, is asked.
+#include "detectors/ask_module.h"
 #include "detectors/raster/raster.h"
 #include "host/library.h"
 #include "host/path.h"
@@ -14,17 +15,26 @@ bool IsTechnicalDrawing(const wchar_t* path) {
   return name == L".ZRF" || name == L".ZRW" || name == L".ZR4";
 }
 
+struct Question {
+  void Ask() { isRaw = checkForRaw(path) > 0; }
+
+  const wchar_t* path;
+  TvnUtils::TvnLibrary decoder{TvnPlatform::TvnStringT<wchar_t>(L"DCRaw")};
+  int (*checkForRaw)(const wchar_t* path) = nullptr;  // positive: yes
+  bool isRaw = false;
+};
+
 }  // namespace
 
 std::int32_t DetectCameraRaw(const ProbeContext* probe) {
-  using CheckForRaw = int (*)(const wchar_t* path);  // positive: yes
   if (probe->path == nullptr || IsTechnicalDrawing(probe->path)) return 0;
-  TvnUtils::TvnLibrary decoder(TvnPlatform::TvnStringT<wchar_t>(L"DCRaw"));
-  if (!decoder.Load()) return 0;
-  const auto checkForRaw = reinterpret_cast<CheckForRaw>(decoder.GetSymbol("CheckForRaw"));
-  const bool isRaw = checkForRaw != nullptr && checkForRaw(probe->path) > 0;
-  decoder.Unload();
-  return isRaw;
+  Question question = {.path = probe->path};
+  if (!question.decoder.Load()) return 0;
+  question.checkForRaw =
+      reinterpret_cast<decltype(question.checkForRaw)>(question.decoder.GetSymbol("CheckForRaw"));
+  if (question.checkForRaw != nullptr) AskModule(&question, probe);
+  question.decoder.Unload();
+  return question.isRaw;
 }
 
 }  // namespace typescout

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <climits>
+#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -46,6 +47,15 @@ class ModulePath {
   std::array<char, PATH_MAX> bytes_;
 };
 
+// Whether the process has loaded the module by this path already, as programs do that ask about
+// many files. What the file is now makes no difference then.
+bool IsHeld(const char* path) {
+  const auto hasPath = [](dl_phdr_info* module, std::size_t /*size*/, void* sought) {
+    return std::strcmp(module->dlpi_name, static_cast<const char*>(sought)) == 0 ? 1 : 0;
+  };
+  return *path != '\0' && dl_iterate_phdr(hasPath, const_cast<char*>(path)) != 0;
+}
+
 // Keeps a loaded module in memory until the process ends. False when memory runs out.
 bool Pin(void* loaded) {
   link_map* entry = nullptr;
@@ -65,10 +75,14 @@ TvnUtils::TvnLibrary::~TvnLibrary() {
 
 bool TvnUtils::TvnLibrary::Load() {
   if (IsLoaded()) return true;
+  constexpr int FLAGS = RTLD_NOW | RTLD_LOCAL;
+  const ModulePath path(name_);
+  if (IsHeld(path.get())) loaded_ = dlopen(path.get(), FLAGS | RTLD_NOLOAD);
+  if (IsLoaded()) return true;
   try {
-    const std::string path = posix_host::TrustedModule(ModulePath(name_).get());
-    if (path.empty()) return false;
-    loaded_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string trusted = posix_host::TrustedModule(path.get());
+    if (trusted.empty()) return false;
+    loaded_ = dlopen(trusted.c_str(), FLAGS);
   } catch (const std::bad_alloc&) {
     return false;
   }

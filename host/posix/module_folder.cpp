@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <climits>
+#include <cstdlib>
 
 namespace posix_host {
 namespace {
@@ -12,7 +14,7 @@ namespace {
 // The folder part of the name under which the loader knows this module. That name may be relative
 // to the folder that was current at loading, so it is made absolute then, once.
 std::string FindModuleFolder() {
-  std::array<char, 4096> buffer;
+  std::array<char, PATH_MAX> buffer;
   Dl_info module = {};
   link_map* entry = nullptr;
   const void* here = reinterpret_cast<const void*>(&ModuleFolder);
@@ -27,7 +29,12 @@ std::string FindModuleFolder() {
   } else if (getcwd(buffer.data(), buffer.size()) != nullptr) {
     path = std::string(buffer.data()) + '/' + entry->l_name;
   }
-  return path.substr(0, path.rfind('/') + 1);
+  path.resize(path.rfind('/') + 1);
+  // The same folder without symbolic links, so that a module there has the name by which the loader
+  // knows it once it is loaded.
+  if (realpath(path.c_str(), buffer.data()) != nullptr) path = buffer.data();
+  if (!path.empty() && path.back() != '/') path += '/';
+  return path;
 }
 
 const std::string MODULE_FOLDER = FindModuleFolder();

@@ -43,7 +43,8 @@ class GuardedInput final : public InputSource {
   // Where the packed data of a stream begins, and whose it is.
   using Packed = std::map<std::int64_t, QPDFObjGen>;
 
-  bool MayBeObject(std::int64_t at);
+  void SkipSpace(std::int64_t* at);
+  bool MayBeStream(std::int64_t at);
   void CheckObjectAt(std::int64_t offset);
   // Counts what comes out of a stream: before qpdf decrypts it, and when it does.
   void Measure(std::int64_t dataAt);

@@ -27,6 +27,7 @@ imported=$(nm -D --undefined-only "$1" | awk '{print $2}' | sed 's/@.*//' |
   grep -vE '^(_|(mem|wmem|str|wcs)[a-z]+$|bcmp$)' | sort)
 diff - <(echo "$imported") <<'END_OF_LIST'
 close
+dl_iterate_phdr
 dladdr1
 dlclose
 dlinfo

@@ -116,5 +116,6 @@ FILES = {
 }
 
 if __name__ == '__main__':
+    Path(sys.argv[1]).mkdir(parents=True, exist_ok=True)
     for name, (content, _) in FILES.items():
         Path(sys.argv[1], name).write_bytes(content)

@@ -98,6 +98,16 @@ TEST_F(Modules, AnswerForTheirRows) {
   }
 }
 
+TEST_F(Modules, AreNotLookedAtAgainWhileTheProgramHoldsThem) {
+  const std::string module = Path("filters/TvnPDFImport.so");
+  PutModule("filters/TvnPDFImport.so");
+  void* const held = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL);
+  chmod(module.c_str(), 0777);
+  EXPECT_EQ(AskPdfRow(Path("filters")), 0);
+  dlclose(held);
+  EXPECT_EQ(AskPdfRow(Path("filters")), 1);
+}
+
 TEST_F(Modules, AreLookedForInTwoFoldersOnly) {
   Put(TYPESCOUT_FILE, "app/libtypescout.so");
   PutModule("app/DCRaw.so");

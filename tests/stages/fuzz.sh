@@ -1,12 +1,22 @@
 # fuzz: each fuzz target for FUZZ_SECONDS (60); findings stay in build/fuzz/found
 need clang
 configure fuzz
-cmake --build build/fuzz --target typescout_{write_seeds,fuzz_{heads,files,compound}}
+targets=(heads files compound camera_raw pdf_import)
+cmake --build build/fuzz --target typescout_write_seeds "${targets[@]/#/typescout_fuzz_}"
 build/fuzz/fuzz/typescout_write_seeds build/fuzz/seeds
-mkdir -p build/fuzz/found build/fuzz/grown/{heads,files,compound}
+python3 tests/modules/raw_files.py build/fuzz/seeds/camera_raw
+python3 tests/modules/pdf_files.py build/fuzz/seeds/pdf_import
+# What other people's programs wrote, when the real files are there.
+for real in build/dev/real-files/*.dng; do
+  [ ! -f "$real" ] || cp "$real" build/fuzz/seeds/camera_raw
+done
+for real in build/dev/real-files/*.pdf; do
+  [ ! -f "$real" ] || cp "$real" build/fuzz/seeds/pdf_import
+done
+mkdir -p build/fuzz/found "${targets[@]/#/build/fuzz/grown/}"
 export FUZZ_SECONDS=${FUZZ_SECONDS:-60}
 # shellcheck disable=SC2016  # the inner shell expands these
-printf '%s\n' heads files compound | xargs -P "$(nproc)" -I{} sh -c '
+printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -I{} sh -c '
   build/fuzz/fuzz/typescout_fuzz_{} -max_total_time="$FUZZ_SECONDS" -max_len=60000 -timeout=10 \
     -artifact_prefix=build/fuzz/found/{}- -print_final_stats=1 \
     build/fuzz/grown/{} build/fuzz/seeds/{} fuzz/corpus/{} >build/fuzz/{}.log 2>&1 ||

@@ -19,3 +19,11 @@ for id in 0x0507 0x0545 0x0706 0x0801 0x0807 0x0814; do # each kind of document 
   grep -q " $id" "$build/answers.txt"
 done
 echo "$(wc -l <"$build/answers.txt") documents answered alike"
+
+# Each of the eight questions that typescout_answers asks about a file opens it once.
+mkdir -p "$build/opens"
+printf 'no format\1' >"$build/opens/ordinary"
+opens=$(WINEDEBUG=+file cmake/wine.sh "$PWD/$build/wine" "$build/typescout_answers.exe" "$build/opens" 2>&1 |
+  grep -ac 'CreateFileW .*ordinary"')
+echo "8 questions about a file opened it $opens times"
+[ "$opens" = 8 ]

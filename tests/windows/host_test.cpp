@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 
 #include "host/config.h"
@@ -191,6 +192,19 @@ TEST(WindowsLibrary, StaysInMemoryUnlessUnloaded) {
   }
   EXPECT_TRUE(IsModuleLoaded(left));
   EXPECT_FALSE(IsModuleLoaded(unloaded));
+}
+
+TEST(WindowsModule, LetsTheExceptionsOfModulesPass) {
+  const fs::path filters = fs::canonical(OUR_FOLDER) / "throwing";  // stays loaded, so it must stay
+  fs::create_directories(filters);
+  PutPlugin(filters / "TvnPDFImport.dll");
+  _wputenv((L"TVN_FILTERS_DIR=" + filters.wstring()).c_str());
+  const TempFolder folder;
+  const fs::path path = folder.Write("a.pdf", "%PDF-1.7");
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_THROW(CheckOneFilter(path.c_str(), 0x0535, 0), std::runtime_error);
+  }
+  _wputenv(L"TVN_FILTERS_DIR=");
 }
 
 TEST(WindowsConfig, TellsTheFolderOfFilters) {
