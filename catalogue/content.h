@@ -5,10 +5,12 @@
 #include <cstddef>
 #include <string_view>
 
+#include "typescout/typescout.h"
+
 namespace typescout::catalogue {
 
 // The bytes at the start of a file that every row may look at.
-inline constexpr std::size_t HEAD_SIZE = 50'000;
+inline constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
 
 // Whether a row may look beyond the first HEAD_SIZE bytes of content that begins with `head`: the
 // streams of a compound document, the pictures of a GIF, the tags of a TIFF, and what import

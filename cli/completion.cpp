@@ -1,32 +1,26 @@
-#include "catalogue/filters.h"
 #include "cli/help.h"
 #include "cli/options.h"
 
 namespace typescout::cli {
 namespace {
 
-constexpr std::string_view FAMILIES = "raster vector media native document text";
+using Takes = OptionRow::Takes;
 
-// What the option's argument can be: words, separated by spaces.
+bool IsOptional(const OptionRow& row) { return row.argument.starts_with('['); }
+
+bool IsList(const OptionRow& row) {
+  return row.takes == Takes::WORDS || row.takes == Takes::FILTERS || row.takes == Takes::ANSWERS;
+}
+
+// What the option's value can be, with spaces between.
 std::string Choices(const OptionRow& row) {
-  if (!row.choices.empty()) return std::string(row.choices);
-  if (row.argument == "ID" || row.longName == "candidates") {
-    std::string labels(row.argument == "ID" ? "" : FAMILIES);
-    for (const catalogue::Filter& filter : catalogue::Filters()) {
-      const bool isFirst = catalogue::FindFilter(filter.id) == &filter;
-      if (isFirst && filter.evidence != catalogue::Evidence::NEVER)
-        labels += (labels.empty() ? "" : " ") + std::string(filter.label);
-    }
-    return labels;
+  std::string choices;
+  for (const std::string_view value : ValuesOf(row)) {
+    if (!choices.empty()) choices += ' ';
+    choices += value;
   }
-  return {};
+  return choices;
 }
-
-bool NeedsArgument(const OptionRow& row) {
-  return !row.argument.empty() && !row.argument.starts_with('[');
-}
-
-bool IsFile(const OptionRow& row) { return row.argument == "FILE"; }
 
 std::string Long(const OptionRow& row) { return "--" + std::string(row.longName); }
 
@@ -36,37 +30,49 @@ std::string Names(const OptionRow& row, std::string_view separator) {
   return names;
 }
 
+// Readline takes "--option=value" apart at the "=", or does not, as COMP_WORDBREAKS says. Where
+// nothing is put into COMPREPLY, it completes names of files by itself.
 std::string Bash() {
   std::string words;
   std::string cases;
   for (const OptionRow& row : OptionTable()) {
     if (row.group.empty()) continue;
     words += (words.empty() ? "" : " ") + Names(row, " ");
-    if (!NeedsArgument(row)) continue;
-    const std::string choices = Choices(row);
-    cases += "    " + Names(row, "|") + ")\n";
-    if (!choices.empty()) {
-      cases += "      COMPREPLY=($(compgen -W '" + choices + "' -- \"$current\"))\n";
-    } else if (IsFile(row)) {
-      cases += "      COMPREPLY=($(compgen -f -- \"$current\"))\n";
+    if (row.takes == Takes::NOTHING) continue;
+    cases +=
+        "    " + (IsOptional(row) ? "=" + Long(row) : Names(row, "|=") + "|" + Names(row, "|"));
+    cases += ")\n";
+    if (row.takes != Takes::FILE) {
+      cases += "      compopt +o default\n";
+      if (IsList(row)) {
+        cases += "      [[ $current == *,* ]] && prefix+=${current%,*}, current=${current##*,}\n";
+      }
+      cases +=
+          "      COMPREPLY=($(compgen -P \"$prefix\" -W '" + Choices(row) + "' -- \"$current\"))\n";
     }
     cases += "      return ;;\n";
   }
   return "_typescout() {\n"
-         "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}\n"
+         "  local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD-1]} prefix=\n"
+         "  if [[ $current == --*=* ]]; then\n"
+         "    prefix=${current%%=*}= option==${current%%=*} current=${current#*=}\n"
+         "  elif [[ $current == = ]]; then\n"
+         "    option==$option current=\n"
+         "  elif [[ $option == = ]]; then\n"
+         "    option==${COMP_WORDS[COMP_CWORD-2]}\n"
+         "  fi\n"
          "  COMPREPLY=()\n"
-         "  case $previous in\n" +
+         "  case $option in\n" +
          cases +
          "  esac\n"
          "  if [[ $current == -* ]]; then\n"
+         "    compopt +o default\n"
          "    COMPREPLY=($(compgen -W '" +
          words +
          "' -- \"$current\"))\n"
-         "  else\n"
-         "    COMPREPLY=($(compgen -f -- \"$current\"))\n"
          "  fi\n"
          "}\n"
-         "complete -o filenames -F _typescout typescout\n";
+         "complete -o default -F _typescout typescout\n";
 }
 
 // The text for between single quotes of a shell; `special` characters and backslashes are escaped
@@ -84,27 +90,36 @@ std::string Escape(std::string_view text, std::string_view special) {
   return escaped;
 }
 
-// What zsh is to offer after the option; empty where it takes no argument.
+// What zsh is to offer after the option; empty where it takes no value.
 std::string ZshAction(const OptionRow& row) {
-  if (row.argument.empty()) return {};
+  if (row.takes == Takes::NOTHING) return {};
   const std::string choices = Choices(row);
-  std::string action = NeedsArgument(row) ? ":" + std::string(row.argument) + ":" : ":WHEN:";
-  if (!choices.empty()) return action + "(" + choices + ")";
-  return action + (IsFile(row) ? "_files" : " ");
+  const std::string action = IsOptional(row) ? "::WHEN:" : ":" + std::string(row.argument) + ":";
+  if (row.takes == Takes::FILE) return action + "_files";
+  if (choices.empty()) return action + " ";
+  return action + (IsList(row) ? " _sequence compadd - " + choices : "(" + choices + ")");
 }
 
 std::string Zsh() {
-  std::string script = "#compdef typescout\n_arguments -s -S \\\n";
+  std::string script = "#compdef typescout\n_typescout() {\n  _arguments -s -S \\\n";
   for (const OptionRow& row : OptionTable()) {
     if (row.group.empty()) continue;
     const std::string rest = "[" + Escape(row.help, ":[]") + "]" + ZshAction(row) + "' \\\n";
-    const std::string sign = row.argument.empty() ? "" : NeedsArgument(row) ? "=" : "=-";
-    script.append("  '*").append(Long(row)).append(sign).append(rest);
+    const bool takesNothing = row.takes == Takes::NOTHING;
+    script += "    '*" + Long(row) + (takesNothing ? "" : IsOptional(row) ? "=-" : "=") + rest;
     if (row.shortName == 0) continue;
-    script.append("  '*-").append(1, row.shortName);
-    script.append(row.argument.empty() ? "" : "+").append(rest);
+    script += std::string("    '*-") + row.shortName + (takesNothing ? "" : "+") + rest;
   }
-  return script + "  '*:file:_files'\n";
+  return script +
+         "    '*:file:_files'\n"
+         "}\n"
+         "# Autoloaded as a function of that name, or evaluated.\n"
+         "if [[ $funcstack[1] == _typescout ]]; then\n"
+         "  _typescout \"$@\"\n"
+         "else\n"
+         "  (( $+functions[compdef] )) || { autoload -Uz compinit && compinit }\n"
+         "  compdef _typescout typescout\n"
+         "fi\n";
 }
 
 std::string Fish() {
@@ -114,8 +129,10 @@ std::string Fish() {
     script += "complete -c typescout";
     if (row.shortName != 0) script += std::string(" -s ") + row.shortName;
     script += " -l " + std::string(row.longName);
-    if (NeedsArgument(row)) script += IsFile(row) ? " -r -F" : " -x";
-    if (const std::string choices = Choices(row); !choices.empty() && !row.argument.empty()) {
+    if (row.takes != Takes::NOTHING) script += row.takes == Takes::FILE ? " -r -F" : " -x";
+    if (const std::string choices = Choices(row); IsList(row)) {
+      script += " -a '(__fish_complete_list , \"string split \\\" \\\" \\\"" + choices + "\\\"\")'";
+    } else if (!choices.empty()) {
       script += " -a '" + choices + "'";
     }
     script += " -d '" + Escape(row.help, "") + "'\n";

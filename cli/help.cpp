@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/options.h"
+#include "cli/output/fields.h"
 
 namespace typescout::cli {
 namespace {
@@ -10,22 +11,31 @@ namespace {
 constexpr std::string_view SYNOPSIS = "typescout [OPTION]... PATH...";
 constexpr std::string_view PURPOSE = "says which import filter can read a file";
 
-struct Exit {
-  std::string_view status;
-  std::string_view meaning;
+struct Entry {
+  std::string_view term;
+  std::string_view text;
 };
 
-constexpr Exit EXITS[] = {
+constexpr Entry EXITS[] = {
     {"0", "Every input was examined."},
-    {"1", "--check said no, or a --fail-on finding."},
+    {"1", "--check said no, a --fail-on finding, or --compare found a change."},
     {"2",
      "Some input could not be read; the others were done. It outranks 1, unless --fail-on "
      "unreadable makes it a finding."},
-    {"64", "The command line makes no sense."},
+    {"64", "The command line or a list makes no sense."},
+    {"70", "Out of memory."},
     {"74", "Standard output could not be written."},
     {"130, 141",
      "Ended by Ctrl-C, with the records so far complete; ended because nobody reads "
      "standard output any more."},
+};
+
+constexpr Entry EXAMPLES[] = {
+    {"typescout -r --summary ~/Pictures", "What is in the folder, by type."},
+    {"typescout -r --mismatch ~/Pictures", "Files whose extension is not what they are."},
+    {"typescout -r --only tiff -0 . | xargs -0 tiffinfo", "Every TIFF, whatever its name."},
+    {"find . -type f -print0 | typescout -f - --null --jsonl", "A record for each path of a list."},
+    {"typescout --check gif upload.bin && echo fine", "Whether a file is a GIF picture."},
 };
 
 std::string ArgumentPart(const OptionRow& row) {
@@ -51,8 +61,9 @@ std::string Wrap(std::string_view text, std::size_t width, const std::string& in
   return wrapped + std::string(text);
 }
 
-std::string Entry(const std::string& term, std::string_view text, std::size_t column) {
-  constexpr std::size_t WIDTH = 100;
+// A term and what it means, in two columns, the second at `column`.
+std::string Row(const std::string& term, std::string_view text, std::size_t column) {
+  constexpr std::size_t WIDTH = 80;
   std::string entry = "  " + term;
   if (entry.size() + 2 > column) {
     entry += "\n" + std::string(column, ' ');
@@ -100,18 +111,30 @@ void ForEachShown(Heading heading, Row row) {
 }  // namespace
 
 std::string HelpText() {
-  constexpr std::size_t COLUMN = 28;
+  constexpr std::size_t COLUMN = 27;
   std::string text = "Usage: " + std::string(SYNOPSIS) + "\ntypescout " + std::string(PURPOSE) +
                      ". PATH - is standard input.\n";
   ForEachShown([&text](std::string_view group) { text += "\n" + std::string(group) + ":\n"; },
-               [&text](const OptionRow& row) { text += Entry(Usage(row), row.help, COLUMN); });
+               [&text](const OptionRow& row) { text += Row(Usage(row), row.help, COLUMN); });
+  text += "\nExamples:\n";
+  for (const auto& [command, meaning] : EXAMPLES) {
+    text += "  " + std::string(command) + "\n      " + std::string(meaning) + "\n";
+  }
   text += "\nExit status:\n";
-  for (const Exit& exit : EXITS) text += Entry(std::string(exit.status), exit.meaning, 12);
+  for (const auto& [status, meaning] : EXITS) text += Row(std::string(status), meaning, 12);
   return text;
 }
 
 std::string ManualPage(std::string_view version) {
   std::string page = ".TH TYPESCOUT 1 \"\" \"typescout " + std::string(version) + "\"\n";
+  const auto heading = [&page](std::string_view text) {
+    page += ".SH \"";
+    for (const char c : text) page += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    page += "\"\n";
+  };
+  const auto entry = [&page](std::string_view term, std::string_view text) {
+    page += ".TP\n.B " + Roff(term) + "\n" + Roff(text) + "\n";
+  };
   page += ".SH NAME\ntypescout \\- " + Roff(PURPOSE) + "\n";
   page += ".SH SYNOPSIS\n.B typescout\n[\\fIOPTION\\fR]... \\fIPATH\\fR...\n";
   page +=
@@ -119,37 +142,34 @@ std::string ManualPage(std::string_view version) {
       "Asks the suite's import filters, in their order, about each file, and prints the "
       "identifier\n"
       "and the name of the first that says yes; 0x0000 when none does. Only regular files are\n"
-      "opened. \\fIPATH\\fR \\- is content from standard input, of which the first 50,000 bytes\n"
-      "are examined.\n.PP\n"
-      "Some filters have no mark of their own to go by and stand early. Where the first yes is "
-      "not\n"
-      "what the file\\(aqs extension says, but another filter that says yes as well is, that one\n"
-      "is named too.\n";
-  ForEachShown(
-      [&page](std::string_view group) {
-        std::string heading(group);
-        std::transform(heading.begin(), heading.end(), heading.begin(), [](char c) {
-          return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        });
-        page += ".SH \"" + heading + "\"\n";
-      },
-      [&page](const OptionRow& row) {
-        page += ".TP\n";
-        if (row.shortName != 0) page += std::string("\\fB\\-") + row.shortName + "\\fR, ";
-        page += "\\fB\\-\\-" + Roff(row.longName) + "\\fR" + Roff(ArgumentPart(row)) + "\n" +
-                Roff(row.help) + "\n";
-      });
-  page += ".SH \"EXIT STATUS\"\n";
-  for (const Exit& exit : EXITS) {
-    page += ".TP\n.B " + Roff(exit.status) + "\n" + Roff(exit.meaning) + "\n";
-  }
+      "opened. \\fIPATH\\fR \\- is content from standard input.\n.PP\n"
+      "Some filters accept more than one format and are asked early. Where another filter that\n"
+      "says yes as well describes the file better, that one is named too, as the best.\n";
+  ForEachShown(heading, [&page](const OptionRow& row) {
+    page += ".TP\n";
+    if (row.shortName != 0) page += std::string("\\fB\\-") + row.shortName + "\\fR, ";
+    page += "\\fB\\-\\-" + Roff(row.longName) + "\\fR" + Roff(ArgumentPart(row)) + "\n" +
+            Roff(row.help) + "\n";
+  });
+  heading("Fields");
   page +=
-      ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nWhen not empty: no colours, unless they are asked for.\n"
-      ".TP\n.B TVN_FILTERS_DIR\nWhere the PDF import module is looked for.\n"
-      ".SH EXAMPLES\n.nf\ntypescout holiday.gif scan.tif\n"
-      "typescout \\-r \\-\\-mismatch ~/Pictures\n"
-      "find . \\-type f \\-print0 | typescout \\-f \\- \\-\\-null \\-\\-jsonl\n"
-      "typescout \\-\\-check gif upload.bin && echo fine\n.fi\n";
+      "The fields of a record in JSON and CSV, in this order, and for \\-\\-format. JSON leaves "
+      "out\nwhat does not apply; elsewhere it is empty.\n";
+  for (const Field<Record>& field : RecordFields()) {
+    using enum Field<Record>::Use;
+    const std::string_view where = field.use == TEMPLATE       ? " (--format only)"
+                                   : field.use == JSON_AND_CSV ? " (not in --format)"
+                                                               : "";
+    entry(std::string(field.name) + std::string(where), field.help);
+  }
+  heading("Exit status");
+  for (const auto& [status, meaning] : EXITS) entry(status, meaning);
+  heading("Environment");
+  entry("NO_COLOR", "When not empty: no colours, unless they are asked for.");
+  entry("TMPDIR", "Where content from standard input is kept while it is examined.");
+  entry("TVN_FILTERS_DIR", "Where the PDF import module is looked for.");
+  heading("Examples");
+  for (const auto& [command, meaning] : EXAMPLES) entry(command, meaning);
   return page;
 }
 

@@ -7,7 +7,9 @@
 #include "cli/options.h"
 #include "cli/output/output.h"
 #include "cli/output/writers.h"
-#include "cli/platform/platform.h"
+#include "cli/platform/signals.h"
+#include "cli/platform/streams.h"
+#include "cli/platform/system.h"
 #include "cli/run.h"
 #include "typescout/typescout.h"
 
@@ -34,14 +36,15 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.help) return Print(HelpText());
   if (options.version) return Print("typescout " TYPESCOUT_VERSION_STRING "\n");
   if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION_STRING));
-  if (!options.completion.empty()) return Print(CompletionScript(options.completion));
-  if (options.listFilters) return Print(FilterList(options.json));
+  if (options.completion) return Print(CompletionScript(*options.completion));
+  if (options.listFilters) return Print(FilterList(options.shape));
   return Run(options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::OccupyStandardStreams();
   try {
     return Main(platform::Arguments(argc, argv));
   } catch (const std::exception& error) {

@@ -2,151 +2,336 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <optional>
+#include <numeric>
 #include <thread>
 
 #include "CLI/App.hpp"
 #include "CLI/Config.hpp"
 #include "CLI/Formatter.hpp"
-#include "catalogue/filters.h"
+#include "cli/ask/filters.h"
+#include "cli/ask/record.h"
 #include "cli/output/template.h"
-#include "typescout/typescout.h"
 
 namespace typescout::cli {
 namespace {
 
 using O = Options;
+using Takes = OptionRow::Takes;
+using enum OptionRow::Takes;
 
-constexpr std::string_view INPUT = "What to look at";
-constexpr std::string_view QUESTION = "What to ask";
-constexpr std::string_view OUTPUT = "What to print";
-constexpr std::string_view RUN = "How it goes";
-constexpr std::string_view ELSE = "What else there is";
+constexpr std::string_view INPUT = "Input";
+constexpr std::string_view QUERY = "Query";
+constexpr std::string_view OUTPUT = "Output";
+constexpr std::string_view RUN = "Run";
+constexpr std::string_view OTHER = "Other";
 constexpr std::string_view HIDDEN;
 
 constexpr std::string_view WHEN = "auto always never";
 
 // clang-format off
 constexpr auto OPTIONS = std::to_array<OptionRow>({
-    {'r', "recursive", "", &O::recursive, "", INPUT,
+    {'r', "recursive", "", NOTHING, &O::recursive, "", "", INPUT,
      "Walk folders, in the order of their names. A folder that is met twice is entered once."},
-    {0, "exclude", "GLOB", &O::excludes, "", INPUT,
-     "Leave out, in a walk, what GLOB matches: the name, or the whole path when GLOB has a slash. May be repeated."},
-    {'x', "one-file-system", "", &O::oneFileSystem, "", INPUT,
+    {0, "exclude", "GLOB", ANYTHING, &O::excludes, "", "", INPUT,
+     "Leave out, in a walk, what GLOB matches: the name, or the whole path when GLOB has a slash inside; only folders when it ends in one. May be repeated."},
+    {'x', "one-file-system", "", NOTHING, &O::oneFileSystem, "", "", INPUT,
      "Do not walk into other file systems."},
-    {'L', "dereference", "", &O::dereference, "", INPUT,
+    {'L', "dereference", "", NOTHING, &O::dereference, "", "", INPUT,
      "Follow symbolic links met in a walk. Without it only those named by PATH are followed."},
-    {'f', "files-from", "FILE", &O::lists, "", INPUT,
+    {'f', "files-from", "FILE", FILE, &O::lists, "", "", INPUT,
      "Take paths from FILE, one a line; - is standard input. May be repeated."},
-    {0, "null", "", &O::listsEndInNul, "", INPUT,
+    {0, "null", "", NOTHING, &O::listsEndInNul, "", "", INPUT,
      "The paths in FILE end in a zero byte instead of a line end."},
-    {0, "name", "NAME", &O::contentName, "", INPUT,
-     "The name in the record of content from standard input (PATH is -)."},
+    {0, "name", "NAME", ANYTHING, &O::contentName, "", "", INPUT,
+     "The name of the content from standard input (PATH is -); its extension counts."},
+    {0, "since", "OLD", FILE, &O::since, "", "", INPUT,
+     "Copy the answers for files whose size and time of change are those in OLD, an earlier output of --jsonl. Also resumes an interrupted run."},
 
-    {'k', "all", "", &O::all, "", QUESTION,
+    {'k', "all", "", NOTHING, &O::all, "", "", QUERY,
      "Tell every filter that says yes, not only the first."},
-    {'c', "candidates", "LIST", &O::candidateText, "", QUESTION,
-     "Ask only these filters, in this order: identifiers (0x0305), labels (gif) and families (raster vector media native document text), separated by commas."},
-    {0, "requested", "ID", &O::requestedText, "", QUESTION,
+    {'c', "candidates", "LIST", FILTERS, &O::candidates, "", "", QUERY,
+     "Ask only these filters, in this order: identifiers (0x0305), labels (gif) and families (raster vector media native document text), separated by commas. May be repeated."},
+    {0, "requested", "ID", FILTER, &O::requested, "", "", QUERY,
      "The filter that the caller means to use; the Illustrator and PDF filters look at it."},
-    {0, "check", "ID", &O::checkText, "", QUESTION,
+    {0, "check", "ID", FILTER, &O::check, "", "all candidates mismatch only compare summary id mime-type label format json jsonl csv", QUERY,
      "Print nothing; the exit status is 0 when the filter takes every input, else 1."},
 
-    {'b', "brief", "", &O::brief, "", OUTPUT,
+    {'b', "brief", "", NOTHING, &O::brief, "", "", OUTPUT,
      "Leave out the path."},
-    {0, "id", "", &O::id, "", OUTPUT,
+    {0, "id", "", NOTHING, Shape::ID, "", "", OUTPUT,
      "Print the identifier only."},
-    {'i', "mime-type", "", &O::mime, "", OUTPUT,
-     "Print the MIME type only: of the filter that the file's name says, where it and an earlier one say yes."},
-    {'l', "label", "", &O::label, "", OUTPUT,
+    {'i', "mime-type", "", NOTHING, Shape::MIME_TYPE, "", "", OUTPUT,
+     "Print the MIME type only, of the filter that describes the file best."},
+    {'l', "label", "", NOTHING, Shape::LABEL, "", "", OUTPUT,
      "Print the label only: one word, which never changes."},
-    {0, "format", "TEMPLATE", &O::format, "", OUTPUT,
-     "Print TEMPLATE, in which {path} {id} {label} {name} {family} {mime} {status} {kind} {also} {all} {extension} {expected} {reason} are filled in; {{ }} \\n \\t \\\\ as usual."},
-    {0, "json", "", &O::json, "", OUTPUT,
+    {0, "format", "TEMPLATE", ANYTHING, &O::format, "", "id mime-type label json jsonl csv summary", OUTPUT,
+     "Print TEMPLATE with its {fields} filled in, which typescout(1) lists; {path!q} is quoted for a shell. {{ }} \\n \\t \\0 \\\\ as usual."},
+    {0, "json", "", NOTHING, Shape::JSON, "", "print0", OUTPUT,
      "Print an array of JSON objects."},
-    {0, "jsonl", "", &O::jsonLines, "", OUTPUT,
+    {0, "jsonl", "", NOTHING, Shape::JSON_LINES, "", "summary", OUTPUT,
      "Print a JSON object a line."},
-    {0, "csv", "", &O::csv, "", OUTPUT,
+    {0, "csv", "", NOTHING, Shape::CSV, "", "summary", OUTPUT,
      "Print comma-separated values with a heading."},
-    {'0', "print0", "", &O::print0, "", OUTPUT,
-     "End each record with a zero byte instead of a line end."},
-    {0, "mismatch", "", &O::mismatch, "", OUTPUT,
+    {0, "csv-safe", "", NOTHING, &O::csvSafe, "", "", OUTPUT,
+     "With --csv: put ' before values that a spreadsheet would take for formulas (= + - @)."},
+    {0, "header", "", NOTHING, &O::header, "", "", OUTPUT,
+     "With --json or --jsonl: begin with the version, the number of filters and what was asked."},
+    {'0', "print0", "", NOTHING, &O::print0, "", "", OUTPUT,
+     "End each record with a zero byte instead of a line end; with --only, print paths alone."},
+    {0, "mismatch", "", NOTHING, &O::mismatch, "", "", OUTPUT,
      "Print only files whose extension does not belong to what they are, with the one that would."},
-    {0, "color", "[WHEN]", &O::color, WHEN, OUTPUT,
+    {0, "only", "LIST", ANSWERS, &O::only, "", "", OUTPUT,
+     "Print only inputs whose answer or best description is one of these filters (labels, identifiers, families) or states (unknown, empty, unreadable, fifo, ...)."},
+    {0, "compare", "OLD", FILE, &O::compare, "", "summary", OUTPUT,
+     "Print only what changed its answer, appeared or went since OLD, an earlier output of --jsonl; the exit status is 1 when something did."},
+    {0, "summary", "", NOTHING, &O::summary, "", "id mime-type label print0", OUTPUT,
+     "Print a table of the types found in place of the inputs; also as --json."},
+    {0, "color", "[WHEN]", WORD, &O::color, WHEN, "", OUTPUT,
      "Colour on a terminal (auto), always or never. NO_COLOR in the environment turns auto off."},
 
-    {0, "fail-on", "LIST", &O::failOnText, "unknown mismatch unreadable", RUN,
-     "Exit with status 1 when any input is one of LIST: unknown, mismatch, unreadable, separated by commas."},
-    {'j', "jobs", "N", &O::jobsText, "", RUN,
-     "Examine N files at a time; as many as there are cores when not given. The output is the same for every N."},
-    {0, "progress", "[WHEN]", &O::progress, WHEN, RUN,
-     "Show count, rate and time left on standard error: when that alone is a terminal (auto), always or never."},
-    {'q', "quiet", "", &O::quiet, "", RUN,
+    {0, "fail-on", "LIST", WORDS, &O::failOn, "unknown mismatch unreadable", "", RUN,
+     "Exit with status 1 when any input is one of LIST: unknown, mismatch, unreadable, separated by commas. May be repeated."},
+    {'j', "jobs", "N", NUMBER, &O::jobs, "", "", RUN,
+     "Examine N files at a time (1 to 256); as many as there are cores when not given. The output is the same for every N."},
+    {0, "progress", "[WHEN]", WORD, &O::progress, WHEN, "", RUN,
+     "Show count, rate and time left on standard error: auto (on a terminal, while standard output is a file), always or never."},
+    {'q', "quiet", "", NOTHING, &O::quiet, "", "", RUN,
      "No messages about single inputs; the exit status still tells."},
-    {0, "summary", "", &O::summary, "", RUN,
-     "Close with the sums on standard error."},
 
-    {0, "list-filters", "", &O::listFilters, "", ELSE,
-     "Print the registry, in the order in which it is asked; also as --json."},
-    {0, "completion", "SHELL", &O::completion, "bash zsh fish", ELSE,
-     "Print the completion script for SHELL."},
-    {0, "man", "", &O::manual, "", HIDDEN,
+    {0, "list-filters", "", NOTHING, &O::listFilters, "", "", OTHER,
+     "Print the registry, in the order in which it is asked; also as --json, --jsonl, --csv."},
+    {0, "completion", "SHELL", WORD, &O::completion, "bash zsh fish", "", OTHER,
+     "Print the completion script for SHELL: bash, zsh or fish."},
+    {0, "man", "", NOTHING, &O::manual, "", "", HIDDEN,
      "Print the manual page."},
-    {0, "version", "", &O::version, "", ELSE,
+    {0, "version", "", NOTHING, &O::version, "", "", OTHER,
      "Print the version."},
-    {'h', "help", "", &O::help, "", ELSE,
+    {'h', "help", "", NOTHING, &O::help, "", "", OTHER,
      "Print this."},
 });
 // clang-format on
 
-// CLI11 takes a positional argument in brackets for a list in its own notation. Names like "[a,b]"
-// are told from that by a byte in front, taken off again from whatever comes out.
+bool IsList(const OptionRow& row) {
+  return row.takes == WORDS || row.takes == FILTERS || row.takes == ANSWERS;
+}
+
+std::string LongName(const OptionRow& row) { return "--" + std::string(row.longName); }
+
+// The number of single-character changes that make one of the other (Levenshtein's distance).
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), 0);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t changed = diagonal + (a[i] != b[j]);
+      diagonal = std::exchange(row[j + 1], std::min({changed, row[j] + 1, row[j + 1] + 1}));
+    }
+  }
+  return row.back();
+}
+
+// "; did you mean X?" for the nearest of `known`, if any is near.
+std::string Suggest(std::string_view prefix, std::string_view word,
+                    const std::vector<std::string_view>& known) {
+  const bool isNumber = !word.empty() && word[0] >= '0' && word[0] <= '9';
+  // Where two are as near, the one with the same first letter.
+  const auto nearest = std::ranges::min_element(known, {}, [word](std::string_view each) {
+    return std::pair(Distance(word, each), each.substr(0, 1) != word.substr(0, 1));
+  });
+  if (isNumber || nearest == known.end() || Distance(word, *nearest) * 3 > word.size() + 3)
+    return {};
+  return "; did you mean " + std::string(prefix) + std::string(*nearest) + "?";
+}
+
+// What is wrong with one word of the option's value; empty when nothing is.
+std::string CheckWord(const OptionRow& row, const std::string& word) {
+  if (word.empty()) return "an empty value";
+  const bool isFilterNamed =
+      row.takes == FILTER ? FilterNamed(word) != 0 : !RowsNamed(word).empty();
+  const std::vector<std::string_view> values = ValuesOf(row);
+  switch (row.takes) {
+    case WORD:
+    case WORDS:
+      if (CLI::IsMember(values)(word).empty()) return {};
+      return "'" + word + "' is none of: " + std::string(row.words);
+    case NUMBER:
+      if (CLI::Range(1u, 256u)(word).empty()) return {};
+      return "a number from 1 to 256 is needed, not '" + word + "'";
+    case FILTER:
+    case FILTERS:
+    case ANSWERS:
+      if (isFilterNamed || std::ranges::find(values, word) != values.end()) return {};
+      return "no filter '" + word + "'" + Suggest("", word, values) + " (see --list-filters)";
+    default:
+      return {};
+  }
+}
+
+std::string CheckValue(const OptionRow& row, const std::string& value) {
+  if (!IsList(row)) return CheckWord(row, value);
+  for (const std::string_view word : Split(value, ',')) {
+    if (std::string wrong = CheckWord(row, std::string(word)); !wrong.empty()) return wrong;
+  }
+  return {};
+}
+
+// CLI11 takes a positional argument in brackets for a list in its own notation. What begins like
+// that is told from it by a byte in front, taken off again from whatever it comes out of.
 constexpr char SHIELD = '\1';
 
 std::string Shield(const std::string& argument) {
-  const bool needsIt = !argument.empty() && (argument[0] == '[' || argument[0] == SHIELD);
+  const bool needsIt = argument.starts_with('[') || argument.starts_with(SHIELD);
   return needsIt ? SHIELD + argument : argument;
 }
 
-void Unshield(std::string* argument) {
-  if (!argument->empty() && argument->front() == SHIELD) argument->erase(0, 1);
+CLI::Validator Unshield() {
+  const auto unshield = [](std::string& argument) {
+    if (argument.starts_with(SHIELD)) argument.erase(0, 1);
+    return std::string();
+  };
+  return {unshield, "", ""};
 }
 
-std::string CommandLineNames(const OptionRow& row) {
-  std::string names = "--" + std::string(row.longName);
+CLI::Option* Define(const OptionRow& row, CLI::App* app, Options* options) {
+  std::string names = LongName(row);
   if (row.shortName != 0) names += std::string(",-") + row.shortName;
-  return names;
-}
-
-bool MayBeLeftOut(const OptionRow& row) { return row.argument.starts_with('['); }
-
-void Define(const OptionRow& row, CLI::App* app, Options* options) {
-  const std::string names = CommandLineNames(row);
+  if (const Shape* shape = std::get_if<Shape>(&row.target)) {
+    return app->add_flag_callback(names, [options, shape] { options->shape = *shape; })
+        ->disable_flag_override();
+  }
   if (const auto* flag = std::get_if<bool O::*>(&row.target)) {
-    // A flag takes no value, so --json=false is an error, not a way to say no.
-    app->add_flag(names, options->**flag)->disable_flag_override();
-  } else if (const auto* list = std::get_if<std::vector<std::string> O::*>(&row.target)) {
-    app->add_option(names, options->**list)->allow_extra_args(false);
+    // A flag takes no value, so --all=false is an error, not a way to say no.
+    return app->add_flag(names, options->**flag)->disable_flag_override();
+  }
+  CLI::Option* option = nullptr;
+  if (const auto* list = std::get_if<std::vector<std::string> O::*>(&row.target)) {
+    option = app->add_option(names, options->**list)->allow_extra_args(false);
+  } else if (const auto* text = std::get_if<std::string O::*>(&row.target)) {
+    option = app->add_flag(names + "{always}", options->**text);
+  } else if (const auto* number = std::get_if<unsigned O::*>(&row.target)) {
+    option = app->add_option(names, options->**number);
   } else {
-    std::string& target = options->*std::get<std::string O::*>(row.target);
-    if (MayBeLeftOut(row)) {
-      app->add_flag("--" + std::string(row.longName) + "{always}", target);
-    } else {
-      app->add_option(names, target)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    option =
+        app->add_option(names, options->*std::get<std::optional<std::string> O::*>(row.target));
+  }
+  if (row.target.index() != 3) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+  return option->transform(Unshield())->check([&row](const std::string& value) {
+    return CheckValue(row, value);
+  });
+}
+
+void DefineExclusions(CLI::App* app) {
+  for (const OptionRow& row : OPTIONS) {
+    CLI::Option* option = app->get_option(LongName(row));
+    for (const std::string_view other : Split(row.excludes, ' ')) {
+      if (!other.empty()) option->excludes(app->get_option("--" + std::string(other)));
+    }
+    for (const OptionRow& other : OPTIONS) {
+      const bool areShapes =
+          std::holds_alternative<Shape>(row.target) && std::holds_alternative<Shape>(other.target);
+      if (areShapes && &row != &other) option->excludes(app->get_option(LongName(other)));
     }
   }
 }
 
-void UnshieldAll(Options* options) {
-  for (const OptionRow& row : OPTIONS) {
-    if (const auto* list = std::get_if<std::vector<std::string> O::*>(&row.target)) {
-      for (std::string& text : options->**list) Unshield(&text);
-    } else if (const auto* text = std::get_if<std::string O::*>(&row.target)) {
-      Unshield(&(options->**text));
+std::string ExplainExclusion(const CLI::App& app) {
+  for (const CLI::Option* option : app.get_options()) {
+    for (const CLI::Option* other : option->get_excludes()) {
+      if (option->count() != 0 && other->count() != 0) {
+        return option->get_name() + " and " + other->get_name() + " do not go together";
+      }
     }
   }
-  for (std::string& path : options->paths) Unshield(&path);
+  return {};
+}
+
+std::string NoSuchOption(std::string_view word) {
+  std::vector<std::string_view> known;
+  for (const OptionRow& row : OPTIONS) {
+    if (!row.group.empty()) known.push_back(row.longName);
+  }
+  const std::string_view name = word.substr(0, word.find('='));
+  const std::string nearest =
+      name.starts_with("--") ? Suggest("--", name.substr(2), known) : std::string();
+  return std::string(name) + ": no such option" + nearest + " (see --help)";
+}
+
+// In our words what CLI11 found wrong. Its own begin with the option's name.
+std::string Explain(const CLI::App& app, const CLI::ParseError& error) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    return NoSuchOption(app.remaining().front());
+  }
+  if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) return ExplainExclusion(app);
+  std::string text = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
+  text.erase(0, text.find_first_not_of('-'));
+  text.resize(text.find_first_of(": "));
+  const auto row = std::ranges::find(OPTIONS, text, &OptionRow::longName);
+  const bool takesNothing = row != OPTIONS.end() && row->takes == NOTHING;
+  return "--" + text + (takesNothing ? ": takes no value" : ": a value is needed");
+}
+
+// CLI11 would take the next argument for the value.
+std::string CheckEmptyValues(const std::vector<std::string>& arguments) {
+  for (const std::string& argument : arguments) {
+    if (argument == "--") break;
+    const bool isEmpty = argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+    if (!isEmpty) continue;
+    const std::string_view name = std::string_view(argument).substr(2, argument.size() - 3);
+    if (std::ranges::find(OPTIONS, name, &OptionRow::longName) != OPTIONS.end()) {
+      return "--" + std::string(name) + ": an empty value";
+    }
+  }
+  return {};
+}
+
+void SplitLists(Options* options) {
+  for (const OptionRow& row : OPTIONS) {
+    if (!IsList(row)) continue;
+    std::vector<std::string>& list = options->*std::get<std::vector<std::string> O::*>(row.target);
+    std::vector<std::string> words;
+    for (const std::string& value : list) {
+      for (const std::string_view word : Split(value, ',')) words.emplace_back(word);
+    }
+    list = std::move(words);
+  }
+}
+
+std::string CheckTogether(const Options& options) {
+  const bool isJson = options.shape == Shape::JSON || options.shape == Shape::JSON_LINES;
+  if (options.header && (!isJson || options.summary)) return "--header needs --json or --jsonl";
+  if (options.csvSafe && options.shape != Shape::CSV) return "--csv-safe needs --csv";
+  const auto content = std::ranges::count(options.paths, "-");
+  const auto lists = std::ranges::count(options.lists, "-");
+  if (content + lists > 1) return "standard input can be taken once only";
+  if (options.contentName && content == 0) return "--name needs the path -";
+  const bool hasNoInput = options.paths.empty() && options.lists.empty();
+  const bool needsInput = !options.listFilters && !options.completion;
+  return hasNoInput && needsInput ? "no PATH given (see --help)" : "";
+}
+
+}  // namespace
+
+std::span<const OptionRow> OptionTable() { return OPTIONS; }
+
+std::vector<std::string_view> ValuesOf(const OptionRow& row) {
+  if (row.takes == WORD || row.takes == WORDS) return Split(row.words, ' ');
+  std::vector<std::string_view> values;
+  if (row.takes == FILTERS || row.takes == ANSWERS) {
+    values.assign(std::begin(FAMILIES), std::end(FAMILIES));
+  }
+  if (row.takes == ANSWERS) {
+    const std::vector<std::string_view> states = StateLabels();
+    values.insert(values.end(), states.begin(), states.end());
+  }
+  if (row.takes == FILTER || row.takes == FILTERS || row.takes == ANSWERS) {
+    for (const Filter& filter : catalogue::Filters()) {
+      const bool isFirst = catalogue::FindFilter(filter.id) == &filter;
+      if (isFirst && filter.evidence != catalogue::Evidence::NEVER) values.push_back(filter.label);
+    }
+  }
+  return values;
 }
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
@@ -159,151 +344,38 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
   }
 }
 
-bool IsOneOf(std::string_view word, std::string_view words) {
-  const std::vector<std::string_view> all = Split(words, ' ');
-  return std::find(all.begin(), all.end(), word) != all.end();
-}
-
-std::string CheckChoices(const Options& options) {
-  for (const OptionRow& row : OPTIONS) {
-    const auto* target = std::get_if<std::string O::*>(&row.target);
-    if (row.choices.empty() || target == nullptr || (options.**target).empty()) continue;
-    for (const std::string_view word : Split(options.**target, ',')) {
-      if (!IsOneOf(word, row.choices)) {
-        return "--" + std::string(row.longName) + ": '" + std::string(word) +
-               "' is none of: " + std::string(row.choices);
-      }
-    }
-  }
-  return {};
-}
-
-// 0x0305, 773 or a label; 0 when it is none of the suite's filters.
-int ParseId(std::string_view text) {
-  if (const catalogue::Filter* filter = catalogue::FindFilter(text); filter != nullptr)
-    return filter->id;
-  const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-  // 0305 could be meant either way.
-  if (!isHex && text.starts_with('0')) return 0;
-  if (isHex) text.remove_prefix(2);
-  int id = 0;
-  const auto [end, error] =
-      std::from_chars(text.data(), text.data() + text.size(), id, isHex ? 16 : 10);
-  const bool isNumber = error == std::errc() && end == text.data() + text.size();
-  return isNumber && CheckValidFilterID(id) != 0 ? id : 0;
-}
-
-std::string NoFilter(std::string_view option, std::string_view word) {
-  return std::string(option) + ": no filter '" + std::string(word) + "' (see --list-filters)";
-}
-
-std::string ParseCandidates(Options* options) {
-  if (options->candidateText.empty()) return {};
-  for (const std::string_view word : Split(options->candidateText, ',')) {
-    const std::size_t before = options->candidates.size();
-    for (const catalogue::Filter& filter : catalogue::Filters()) {
-      if (catalogue::Family(filter.id) == word) {
-        options->candidates.push_back(RowOf(filter));
-      }
-    }
-    if (options->candidates.size() != before) continue;
-    const int id = ParseId(word);
-    if (id == 0) return NoFilter("--candidates", word);
-    // Identifiers without a row match nothing, as row 0 does.
-    const catalogue::Filter* filter = catalogue::FindFilter(id);
-    options->candidates.push_back(filter == nullptr ? 0 : std::max(RowOf(*filter), 0));
-  }
-  return {};
-}
-
-std::string ParseFilter(std::string_view option, const std::string& text, int* id) {
-  if (text.empty()) return {};
-  *id = ParseId(text);
-  return *id == 0 ? NoFilter(option, text) : std::string();
-}
-
-std::string ParseJobs(Options* options) {
-  constexpr unsigned MOST = 256;
-  const std::string& text = options->jobsText;
-  if (text.empty()) {
-    options->jobs = std::clamp(std::thread::hardware_concurrency(), 1u, MOST);
-    return {};
-  }
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), options->jobs);
-  const bool isNumber = error == std::errc() && end == text.data() + text.size();
-  return isNumber && options->jobs >= 1 && options->jobs <= MOST
-             ? std::string()
-             : "--jobs: a number from 1 to 256 is needed, not '" + text + "'";
-}
-
-void ParseFailOn(Options* options) {
-  for (const std::string_view word : Split(options->failOnText, ',')) {
-    options->failOnUnknown |= word == "unknown";
-    options->failOnMismatch |= word == "mismatch";
-    options->failOnUnreadable |= word == "unreadable";
-  }
-}
-
-std::string CheckTogether(const Options& options) {
-  const int shapes = options.id + options.mime + options.label + !options.format.empty() +
-                     options.json + options.jsonLines + options.csv + (options.check != 0);
-  if (shapes > 1) {
-    return "only one of --id, --mime-type, --label, --format, --json, --jsonl, --csv and --check";
-  }
-  if (options.json && options.print0) return "--json is one record; use --jsonl with --print0";
-  if (options.check != 0 && (options.all || !options.candidates.empty() || options.mismatch)) {
-    return "--check asks one filter; it goes with none of --all, --candidates and --mismatch";
-  }
-  const auto content = std::count(options.paths.begin(), options.paths.end(), "-");
-  const auto lists = std::count(options.lists.begin(), options.lists.end(), "-");
-  if (content + lists > 1) return "standard input can be taken once only";
-  if (!options.contentName.empty() && content == 0) return "--name needs the path -";
-  const bool hasNoInput = options.paths.empty() && options.lists.empty();
-  const bool needsInput = !options.listFilters && options.completion.empty();
-  return hasNoInput && needsInput ? "no PATH given; see --help" : "";
-}
-
-std::string FillIn(Options* options) {
-  if (std::string wrong = CheckChoices(*options); !wrong.empty()) return wrong;
-  ParseFailOn(options);
-  if (std::string wrong = ParseCandidates(options); !wrong.empty()) return wrong;
-  if (std::string wrong = ParseFilter("--requested", options->requestedText, &options->requested);
-      !wrong.empty()) {
-    return wrong;
-  }
-  if (std::string wrong = ParseFilter("--check", options->checkText, &options->check);
-      !wrong.empty()) {
-    return wrong;
-  }
-  if (std::string wrong = ParseJobs(options); !wrong.empty()) return wrong;
-  if (std::string wrong = CheckTemplate(options->format); !wrong.empty()) {
-    return "--format: " + wrong;
-  }
-  return CheckTogether(*options);
-}
-
-}  // namespace
-
-std::span<const OptionRow> OptionTable() { return OPTIONS; }
-
 std::string ParseOptions(const std::vector<std::string>& arguments, Options* options) {
+  if (std::string wrong = CheckEmptyValues(arguments); !wrong.empty()) return wrong;
   CLI::App app;
   app.set_help_flag();
   app.allow_windows_style_options(false);
   for (const OptionRow& row : OPTIONS) Define(row, &app, options);
-  app.add_option("PATH", options->paths);
-
-  // CLI11 wants them last to first.
-  std::vector<std::string> reversed;
+  DefineExclusions(&app);
+  app.add_option("PATH", options->paths)->transform(Unshield());
+  std::vector<std::string> reversed;  // last to first, as CLI11 wants them
   std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), Shield);
   try {
     app.parse(std::move(reversed));
   } catch (const CLI::ParseError& error) {
-    return error.what();
+    return Explain(app, error);
   }
-  UnshieldAll(options);
   if (options->help || options->version || options->manual) return {};
-  return FillIn(options);
+  SplitLists(options);
+  for (std::string& word : options->only) {
+    if (const Filter* filter = catalogue::FindFilter(FilterNamed(word))) word = filter->label;
+  }
+  if (options->format) {
+    options->shape = Shape::TEMPLATE;
+    if (std::string wrong = CheckTemplate(*options->format); !wrong.empty()) {
+      return "--format: " + wrong;
+    }
+  } else if (options->check) {
+    options->shape = Shape::NOTHING;
+  } else if (options->shape == Shape::TEXT && options->print0 && !options->only.empty()) {
+    options->shape = Shape::NAMES;
+  }
+  if (options->jobs == 0) options->jobs = std::clamp(std::thread::hardware_concurrency(), 1u, 256u);
+  return CheckTogether(*options);
 }
 
 }  // namespace typescout::cli

@@ -1,159 +1,177 @@
 #include "cli/run.h"
 
-#include <array>
-#include <cstdint>
+#include <algorithm>
+#include <chrono>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "cli/ask/examiner.h"
-#include "cli/ask/workers.h"
+#include "cli/ask/pipeline.h"
 #include "cli/input/input_source.h"
 #include "cli/output/output.h"
 #include "cli/output/progress.h"
+#include "cli/output/summary.h"
 #include "cli/output/writers.h"
+#include "cli/platform/signals.h"
+#include "cli/platform/streams.h"
+#include "cli/platform/system.h"
 
 namespace typescout::cli {
 namespace {
 
-// Inputs are handed to the threads in batches, so that handing them over costs next to nothing.
-constexpr std::size_t BATCH_SIZE = 16;
-// How far the walk runs ahead of the slowest input.
-constexpr std::size_t BATCHES_PER_JOB = 8;
+using platform::Stream;
 
-bool IsAllowed(const std::string& when, bool automatically) {
+bool IsAllowed(std::string_view when, bool automatically) {
   return when == "always" || (when == "auto" && automatically);
 }
 
 bool MayColor(const Options& options) {
   using platform::Environment;
-  const std::string terminal = Environment("TERM");
-  const bool automatically = platform::IsTerminal(platform::Stream::OUTPUT) &&
-                             Environment("NO_COLOR").empty() && terminal != "dumb";
+  const bool automatically = platform::IsTerminal(Stream::OUTPUT) &&
+                             Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
   return IsAllowed(options.color, automatically);
 }
 
+// Another program that reads the output may be writing to the same terminal.
 bool MayShowProgress(const Options& options) {
-  return IsAllowed(options.progress, platform::IsTerminal(platform::Stream::MESSAGES) &&
-                                         !platform::IsTerminal(platform::Stream::OUTPUT));
+  return IsAllowed(options.progress,
+                   platform::IsTerminal(Stream::MESSAGES) && platform::IsFile(Stream::OUTPUT));
 }
 
 class Runner {
  public:
-  explicit Runner(const Options& options)
+  Runner(const Options& options, EarlierOutput* since, EarlierOutput* compare)
       : options_(options),
-        examiner_(options),
+        compare_(compare),
         writer_(MakeWriter(options, isTerminal_, MayColor(options))),
-        source_(options, [this] { BringOut(); }),
-        progress_(MayShowProgress(options), source_.Total()) {}
+        examiner_(options, since, options.summary || since != nullptr || writer_->NeedsStatus()),
+        source_(options),
+        progress_(MayShowProgress(options), source_.Total()),
+        pipeline_(
+            ThreadCount(), [this](Input* input) { return Next(input); },
+            [this](const Input& input) { return Examine(input); }) {}
 
   int Run() {
     platform::CatchInterrupts();
-    output_.Append(writer_->Begin());
-    Input input;
-    while (source_.Next(&input)) Accept(std::move(input));
-    NoteListError();
-    if (workers_ != nullptr) GiveBatch();
-    ExamineHere();
-    while (workers_ != nullptr && workers_->pending() != 0 && TakeBatch()) {
+    std::vector<Outcome> outcomes;
+    for (bool hasMore = true; hasMore;) {
+      outcomes.clear();
+      hasMore = pipeline_.Take(&outcomes);
+      for (const Outcome& outcome : outcomes) Write(outcome);
+      // What is known is not held back while more is waited for.
+      if (isTerminal_ || outcomes.empty()) output_.Flush();
+      CheckOutput();
+      progress_.Update(inputs_);
+      if (platform::IsInterrupted()) EndInterrupted();
     }
-    output_.Append(writer_->End());
-    output_.Flush();
-    CheckOutput();
-    progress_.Clear();
-    if (options_.summary) Summarise();
+    if (inputs_ == 0 && options_.check) Refuse("--check: no input");
+    if (compare_ != nullptr) {
+      compare_->ForEachMissed([this](Record record) { Write(WentSince(std::move(record))); });
+    }
+    Close();
     return Status();
   }
 
  private:
-  void Accept(Input input) {
-    NoteListError();
-    batch_.push_back(std::move(input));
-    if (++accepted_ == 2) {
+  unsigned ThreadCount() const {
+    const std::uint64_t inputs = source_.Total().value_or(options_.jobs);
+    return static_cast<unsigned>(std::clamp<std::uint64_t>(inputs, 1, options_.jobs));
+  }
+
+  // Called by one thread at a time.
+  bool Next(Input* input) {
+    if (!source_.Next(input)) return false;
+    if (!std::exchange(hasInput_, true) && source_.Total() != 1) {
       platform::HoldModules();
       platform::RaiseOpenFileLimit();
     }
-    if (batch_.size() < BATCH_SIZE) return;
-    if (options_.jobs == 1) return ExamineHere();
-    if (workers_ == nullptr) {
-      workers_ = std::make_unique<Workers>(options_.jobs,
-                                           [this](const Input& each) { return Examine(each); });
-    }
-    GiveBatch();
-    while (workers_->pending() > options_.jobs * BATCHES_PER_JOB && TakeBatch()) {
-    }
-    while (workers_->IsReady() && TakeBatch()) {
-    }
-  }
-
-  // Everything so far, because nobody knows when there will be more.
-  void BringOut() {
-    if (workers_ != nullptr && !batch_.empty()) GiveBatch();
-    ExamineHere();
-    while (workers_ != nullptr && workers_->pending() != 0 && TakeBatch()) {
-    }
-    output_.Flush();
-    CheckOutput();
-  }
-
-  void GiveBatch() { workers_->Give(std::exchange(batch_, {})); }
-
-  void ExamineHere() {
-    for (const Input& input : std::exchange(batch_, {})) {
-      if (platform::IsInterrupted()) break;
-      Write(Examine(input));
-    }
-    AfterBatch();
-  }
-
-  bool TakeBatch() {
-    constexpr std::chrono::milliseconds PATIENCE(1000);
-    const std::unique_ptr<Batch> batch = workers_->Take(PATIENCE);
-    if (batch != nullptr) {
-      for (const Outcome& outcome : batch->outcomes) Write(outcome);
-      if (batch->outcomes.size() == batch->inputs.size()) {
-        AfterBatch();
-        return true;
-      }
-    }
-    // Interrupted: what is behind the gap is not written.
-    Finish();
+    return true;
   }
 
   // Called from several threads.
   Outcome Examine(const Input& input) const {
-    const Record record = examiner_.Examine(input);
     Outcome outcome;
-    outcome.count = CountedAs(record.state);
-    outcome.isMismatch = record.isMismatch;
-    if (!options_.mismatch || record.isMismatch) outcome.output = writer_->Format(record);
-    if (!record.reason.empty() && !options_.quiet) {
+    outcome.type = input.type;
+    if (input.type == Input::Type::LIST_ERROR || input.type == Input::Type::BAD_LIST) {
+      outcome.message = input.error;
+      return outcome;
+    }
+    Record& record = outcome.record;
+    record = examiner_.Examine(input);
+    if (IsUnreadable(record) && !options_.quiet) {
       outcome.message = record.path + ": " + record.reason;
     }
+    if (compare_ != nullptr) Compare(compare_->Meet(record.path), &record);
+    Show(&outcome);
     return outcome;
   }
 
-  void Write(const Outcome& outcome) {
-    ++counts_[static_cast<std::size_t>(outcome.count)];
-    ++inputs_;
-    mismatches_ += outcome.isMismatch;
-    if (!outcome.output.empty()) {
-      if (hasWritten_) output_.Append(writer_->Between());
-      output_.Append(outcome.output);
-      hasWritten_ = true;
+  static void Compare(const std::optional<Record>& old, Record* record) {
+    if (!old) {
+      record->change = Change::APPEARED;
+      return;
     }
+    const bool isSame = old->state == record->state && old->kind == record->kind &&
+                        old->filter == record->filter && old->best == record->best;
+    record->change = isSame ? Change::NONE : Change::CHANGED;
+    record->oldId = old->filter == nullptr ? 0 : old->filter->id;
+    record->oldBestId = old->best == nullptr ? 0 : old->best->id;
+  }
+
+  Outcome WentSince(Record old) const {
+    Outcome outcome;
+    outcome.record.path = std::move(old.path);
+    Compare(old, &outcome.record);
+    outcome.record.change = Change::WENT;
+    Show(&outcome);
+    return outcome;
+  }
+
+  void Show(Outcome* outcome) const {
+    const Record& record = outcome->record;
+    outcome->isShown = (!options_.mismatch || !record.expected.empty()) &&
+                       record.change != Change::NONE &&
+                       (options_.only.empty() || IsOneOf(record, options_.only));
+    if (outcome->isShown) outcome->output = writer_->Format(record);
+  }
+
+  void Write(const Outcome& outcome) {
+    if (outcome.type == Input::Type::BAD_LIST) Refuse(outcome.message);
     if (!outcome.message.empty()) {
       progress_.Clear();
       // On a terminal they are read together.
       if (isTerminal_) output_.Flush();
       Complain(outcome.message);
     }
+    isListUnreadable_ |= outcome.type == Input::Type::LIST_ERROR;
+    if (outcome.type == Input::Type::LIST_ERROR) return;
+    const Record& record = outcome.record;
+    ++inputs_;
+    unreadable_ += IsUnreadable(record);
+    unknown_ += record.state == State::UNKNOWN || record.state == State::EMPTY;
+    recognised_ += record.state == State::RECOGNISED;
+    mismatches_ += !record.expected.empty();
+    changes_ += record.change != Change::NOT_ASKED && record.change != Change::NONE;
+    if (!outcome.isShown) return;
+    if (options_.summary) summary_.Add(record);
+    if (!outcome.output.empty()) {
+      output_.Append(std::exchange(hasWritten_, true) ? writer_->Between() : writer_->Begin());
+      output_.Append(outcome.output);
+    }
   }
 
-  void AfterBatch() {
-    if (isTerminal_) output_.Flush();
+  // Ends the output in its form.
+  void Close() {
+    output_.Append(hasWritten_ ? writer_->End() : writer_->Nothing());
+    if (options_.summary) {
+      output_.Append(options_.shape == Shape::JSON
+                         ? summary_.AsJson()
+                         : summary_.AsText(platform::TerminalWidth(Stream::OUTPUT)));
+    }
+    output_.Flush();
+    progress_.Clear();
     CheckOutput();
-    progress_.Update(inputs_);
-    if (platform::IsInterrupted()) Finish();
   }
 
   void CheckOutput() {
@@ -165,59 +183,81 @@ class Runner {
     platform::EndNow(ExitStatus::OUTPUT_FAILED);
   }
 
-  // Threads that are still busy are left behind.
-  [[noreturn]] void Finish() {
-    output_.Append(writer_->End());
-    output_.Flush();
-    progress_.Clear();
+  // The inputs that are under way get a second; threads that are still busy then are left behind.
+  [[noreturn]] void EndInterrupted() {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(1);
+    std::vector<Outcome> outcomes;
+    for (bool hasMore = true; hasMore && Clock::now() < end;) {
+      outcomes.clear();
+      hasMore = pipeline_.Take(&outcomes);
+      for (const Outcome& outcome : outcomes) Write(outcome);
+    }
+    Close();
     platform::EndInterrupted();
   }
 
-  void NoteListError() {
-    const std::string error = source_.TakeListError();
-    if (error.empty()) return;
-    isListUnreadable_ = true;
-    progress_.Clear();
-    Complain(error);
+  // The run makes no sense; what was written so far stays.
+  [[noreturn]] void Refuse(const std::string& message) {
+    Close();
+    Complain(message);
+    platform::EndNow(ExitStatus::USAGE);
   }
 
   int Status() const {
-    const bool isUnreadable = isListUnreadable_ || CountOf(Count::UNREADABLE) != 0;
-    if (isUnreadable && !options_.failOnUnreadable) return ExitStatus::UNREADABLE;
-    const bool isFound = isUnreadable || (options_.failOnUnknown && CountOf(Count::UNKNOWN) != 0) ||
-                         (options_.failOnMismatch && mismatches_ != 0) ||
-                         (options_.check != 0 && CountOf(Count::RECOGNISED) != inputs_);
+    const auto failsOn = [this](std::string_view what) {
+      return std::ranges::find(options_.failOn, what) != options_.failOn.end();
+    };
+    const bool isUnreadable = isListUnreadable_ || unreadable_ != 0;
+    if (isUnreadable && !failsOn("unreadable")) return ExitStatus::UNREADABLE;
+    const bool isFound = isUnreadable || (failsOn("unknown") && unknown_ != 0) ||
+                         (failsOn("mismatch") && mismatches_ != 0) || changes_ != 0 ||
+                         (options_.check && recognised_ != inputs_);
     return isFound ? ExitStatus::FOUND : ExitStatus::DONE;
   }
 
-  std::uint64_t CountOf(Count count) const { return counts_[static_cast<std::size_t>(count)]; }
-
-  void Summarise() const {
-    const auto number = [this](Count count) { return std::to_string(CountOf(count)); };
-    Complain(std::to_string(inputs_) + " inputs: " + number(Count::RECOGNISED) + " recognised, " +
-             number(Count::UNKNOWN) + " unknown, " + number(Count::UNREADABLE) + " unreadable, " +
-             number(Count::SKIPPED) + " skipped");
-  }
-
   const Options& options_;
-  const bool isTerminal_ = platform::IsTerminal(platform::Stream::OUTPUT);
-  Examiner examiner_;
+  const bool isTerminal_ = platform::IsTerminal(Stream::OUTPUT);
+  EarlierOutput* compare_;
   std::unique_ptr<Writer> writer_;
+  Examiner examiner_;
   InputSource source_;
+  bool hasInput_ = false;
   Output output_;
   Progress progress_;
-  std::uint64_t accepted_ = 0;
-  std::vector<Input> batch_;
+  Summary summary_;
   bool hasWritten_ = false;
   bool isListUnreadable_ = false;
   std::uint64_t inputs_ = 0;
+  std::uint64_t recognised_ = 0;
+  std::uint64_t unknown_ = 0;
+  std::uint64_t unreadable_ = 0;
   std::uint64_t mismatches_ = 0;
-  std::array<std::uint64_t, 4> counts_ = {};
-  std::unique_ptr<Workers> workers_;  // last, so that the threads end first
+  std::uint64_t changes_ = 0;
+  Pipeline pipeline_;  // last, so that its threads end first
 };
+
+// Null with a message when the output cannot be used.
+std::unique_ptr<EarlierOutput> Read(std::string_view option, const std::string& file) {
+  auto output = std::make_unique<EarlierOutput>(file);
+  if (output->error() == 0) return output;
+  Complain(std::string(option) + ": " + file + ": " + platform::ErrorText(output->error()));
+  return nullptr;
+}
 
 }  // namespace
 
-int Run(const Options& options) { return Runner(options).Run(); }
+int Run(const Options& options) {
+  std::unique_ptr<EarlierOutput> since;
+  std::unique_ptr<EarlierOutput> compare;
+  if (options.since && !(since = Read("--since", *options.since))) return ExitStatus::USAGE;
+  if (options.compare && !(compare = Read("--compare", *options.compare))) return ExitStatus::USAGE;
+  if (since != nullptr && !since->header().starts_with(HeaderObject(options)) &&
+      !since->header().empty()) {
+    Complain("--since: " + *options.since + " was made in another way; everything is examined");
+    since.reset();
+  }
+  return Runner(options, since.get(), compare.get()).Run();
+}
 
 }  // namespace typescout::cli

@@ -65,4 +65,12 @@ if(TYPESCOUT_CLI)
       "looks at the content and tells when a file's name does not fit it.")
 endif()
 
+if(TYPESCOUT_PYTHON)
+  debian_package(python3-typescout SECTION python DEPENDS ${library}
+    SUMMARY "names the formats of files (Python 3)"
+    DESCRIPTION
+      "import typescout tells which of about a hundred formats of pictures,"
+      "drawings, documents, sounds and films a file or a piece of memory has.")
+endif()
+
 include(CPack)

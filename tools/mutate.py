@@ -22,7 +22,7 @@ TOP = pathlib.Path(__file__).resolve().parents[1]
 COPY = TOP / "build" / "mutation" / "tree"
 
 # Which tests see a change of a folder: the tests' names for ctest, and what has to be built.
-HOST = ["unit_tests", "contract_native", "module_tests", "posix_tests"]
+HOST = ["unit_tests", "contract_native", "module_tests", "posix_tests", "fault_tests"]
 PROGRAM = ["typescout_cli", "typescout_stub_module"]
 SUITES = {
     "core/*": (["unit_tests"], []),

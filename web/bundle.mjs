@@ -8,7 +8,7 @@ const [moduleFile, wasmFile, output] = process.argv.slice(2);
 const source = (name) => readFile(new URL(name, import.meta.url), "utf8");
 
 await mkdir(`${output}/package`, { recursive: true });
-for (const name of ["index.mjs", "index.d.ts", "scout.mjs", "package.json", "README.md"]) {
+for (const name of ["index.mjs", "index.d.mts", "scout.mjs", "package.json", "README.md"]) {
   await copyFile(new URL(name, import.meta.url), `${output}/package/${name}`);
 }
 const glue = await readFile(moduleFile, "utf8");

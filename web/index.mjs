@@ -14,7 +14,7 @@ async function readWasm() {
   return response.arrayBuffer();
 }
 
-/** Compiles the library; see index.d.ts. */
+/** Compiles the library; see index.d.mts. */
 export async function load({ wasm } = {}) {
   return new Scout(await createModule({ wasmBinary: wasm ?? (await readWasm()) }));
 }

@@ -1,156 +1,196 @@
 #include "cli/ask/examiner.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
+#include <new>
 #include <numeric>
-#include <optional>
+#include <string>
 
-#include "cli/output/names.h"
+#include "cli/ask/filters.h"
+#include "cli/platform/streams.h"
+#include "cli/platform/system.h"
 #include "typescout/typescout.h"
 
 namespace typescout::cli {
 namespace {
 
-// How the library can be told this file; nothing when its path is too long every way.
-std::optional<std::wstring> PathForLibrary(const Input& input) {
-  std::wstring wide = ToWide(input.path);
-  if (wide.size() <= TYPESCOUT_PATH_LIMIT) return wide;
-  if (input.place.folder == nullptr) return std::nullopt;
-  for (const std::string& folder : input.place.folder->ShortPaths()) {
-    wide = ToWide(folder + input.place.name);
-    if (wide.size() <= TYPESCOUT_PATH_LIMIT) return wide;
-  }
-  return std::nullopt;
+using platform::Kind;
+using platform::Place;
+
+constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
+
+// How the formats begin of which the library, or one of the suite's modules, reads more than that:
+// GIF, compound documents (two versions), TIFF and the camera raw formats, PDF.
+constexpr auto LONG_FORMATS = std::to_array<std::string_view>({
+    "GIF8",
+    "\xD0\xCF\x11\xE0",
+    "\x0E\x11\xFC\x0D",
+    "II",
+    "MM",
+    "%PDF-",
+    "FUJIFILM",
+    "FOVb",
+    {"\0MRM", 4},
+    {"\0\0\0\x18"
+     "ftyp",
+     8},
+});
+
+bool IsReadFurther(std::string_view head) {
+  return std::ranges::any_of(LONG_FORMATS,
+                             [head](std::string_view start) { return head.starts_with(start); });
 }
 
-void Fail(State state, std::string_view reason, Record* record) {
+void Fail(State state, std::string reason, Record* record) {
   record->state = state;
-  record->reason = reason;
+  record->reason = std::move(reason);
+}
+
+// Standard input, as much of it as can make a difference. Its size is in `*size` when that is all.
+// Returns the error, 0 for none.
+int CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t>* size) {
+  std::string piece(HEAD_SIZE, '\0');
+  std::string head;
+  std::uint64_t total = 0;
+  int error = 0;
+  while (head.size() < HEAD_SIZE || IsReadFurther(head)) {
+    const std::size_t wanted = head.size() < HEAD_SIZE ? HEAD_SIZE - head.size() : HEAD_SIZE;
+    const std::size_t count =
+        platform::ReadSome(platform::StandardInput(), piece.data(), wanted, &error);
+    if (count == 0) {
+      *size = total;
+      break;
+    }
+    copy->Append({piece.data(), count});
+    if (head.size() < HEAD_SIZE) head.append(piece, 0, count);
+    total += count;
+  }
+  return error != 0 ? error : copy->Finish();
 }
 
 }  // namespace
 
-// What is handed to the library.
-struct Examiner::Subject {
-  std::optional<std::wstring> path;
-  std::string content;
-
-  const wchar_t* Path() const { return path ? path->c_str() : nullptr; }
-};
-
-Examiner::Examiner(const Options& options) : options_(options), rows_(options.candidates) {
-  if (options.check != 0) {
-    const Filter* filter = catalogue::FindFilter(options.check);
-    // Identifiers without a row match nothing, as row 0 does.
-    rows_ = {filter == nullptr ? 0 : std::max(RowOf(*filter), 0)};
+Examiner::Examiner(const Options& options, const EarlierOutput* earlier, bool needsStatus)
+    : options_(options), earlier_(earlier), needsStatus_(needsStatus) {
+  if (options.requested) requested_ = FilterNamed(*options.requested);
+  for (const std::string& word : options.candidates) {
+    const std::vector<int> rows = RowsNamed(word);
+    rows_.insert(rows_.end(), rows.begin(), rows.end());
   }
-  if (!rows_.empty()) return;
+  if (options.check) rows_ = RowsNamed(*options.check);
+  asksEverything_ = rows_.empty();
+  if (!asksEverything_) return;
   rows_.resize(catalogue::Filters().size());
   std::iota(rows_.begin(), rows_.end(), 0);
 }
 
-int Examiner::Ask(const Subject& subject, const std::vector<int>& rows) const {
-  // The functions take pointers to what they never write.
-  auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char*>(subject.content.data()));
-  return CheckFiltersFromList(const_cast<wchar_t*>(subject.Path()), const_cast<int*>(rows.data()),
-                              static_cast<int>(rows.size()),
-                              subject.path ? 0 : static_cast<int>(subject.content.size()),
-                              subject.path ? nullptr : bytes, options_.requested);
+int Examiner::Ask(const wchar_t* path, std::span<const int> rows) const {
+  // The function takes pointers to what it never writes.
+  return CheckFiltersFromList(const_cast<wchar_t*>(path), const_cast<int*>(rows.data()),
+                              static_cast<int>(rows.size()), 0, nullptr, requested_);
 }
 
-int Examiner::FirstAnswer(const Subject& subject) const {
-  const bool asksAll = options_.candidates.empty() && options_.check == 0;
-  const bool isPlainScan = asksAll && options_.requested == 0;
-  return isPlainScan && subject.path ? TypeScoutFile(subject.Path()) : Ask(subject, rows_);
-}
-
-std::vector<const Filter*> Examiner::AllAnswers(const Subject& subject, const Filter& first) const {
+std::vector<const Filter*> Examiner::AllAnswers(const wchar_t* path, const Filter& first) const {
   std::vector<const Filter*> all;
   if (RowOf(first) < 0) all.push_back(&first);
-  std::vector<int> rows = rows_;
-  while (const int id = Ask(subject, rows)) {
-    const auto found = std::find_if(rows.begin(), rows.end(), [id](int row) {
+  std::span<const int> rows = rows_;
+  while (const int id = Ask(path, rows)) {
+    const auto found = std::ranges::find_if(rows, [id](int row) {
       return catalogue::Filters()[static_cast<std::size_t>(row)].id == id;
     });
     if (found == rows.end()) break;
     const Filter* filter = catalogue::FindFilter(id);
-    if (std::find(all.begin(), all.end(), filter) == all.end()) all.push_back(filter);
-    rows.erase(rows.begin(), found + 1);
+    if (std::ranges::find(all, filter) == all.end()) all.push_back(filter);
+    rows = rows.subspan(static_cast<std::size_t>(found - rows.begin()) + 1);
   }
   return all;
 }
 
-void Examiner::CompareWithName(const Subject& subject, Record* record) const {
-  const Filter& first = *record->filter;
-  const std::string extension = catalogue::ExtensionOf(record->path);
-  const std::vector<int> better = catalogue::RowsThatDescribeBetter(first, extension, rows_);
-  if (!better.empty()) {
-    if (const int id = Ask(subject, better); id != 0) record->also = catalogue::FindFilter(id);
-  }
-  const Filter& best = record->also == nullptr ? first : *record->also;
-  record->alsoFitsName = record->also != nullptr && HasExtension(best, extension);
-  record->expected = catalogue::ExpectedExtension(best, extension);
-  record->isMismatch = !record->expected.empty();
-}
-
 // The library answers 0 for everything that it has nothing to say about.
-void Examiner::FindOutWhy(const Input& input, Record* record) const {
-  if (input.isContent) {
-    record->state = input.content.empty() ? State::EMPTY : State::UNKNOWN;
-    return;
-  }
-  const platform::Status status = platform::WhyUnreadable(input.place);
+void Examiner::FindOutWhy(const Place& place, Record* record) const {
+  const platform::Status status = platform::TryToRead(place);
   if (status.error != 0) return Fail(State::UNREADABLE, platform::ErrorText(status.error), record);
   record->kind = status.kind;
-  if (status.kind != platform::Kind::FILE) {
+  if (status.kind != Kind::FILE) {
     record->state = State::NOT_EXAMINED;
   } else {
     record->state = status.size == 0 ? State::EMPTY : State::UNKNOWN;
   }
 }
 
-void Examiner::ExamineContent(const Input& input, Record* record) const {
-  Subject subject;
-  if (input.isContent) {
-    subject.content = input.content;
-  } else {
-    subject.path = PathForLibrary(input);
-    if (!subject.path) return Fail(State::UNREADABLE, "The path is too long", record);
+void Examiner::ExamineFile(const Place& place, Record* record) const {
+  const platform::PathForLibrary path(place);
+  if (path.get() == nullptr) return Fail(State::UNREADABLE, "The path is too long", record);
+  const bool isPlainScan = asksEverything_ && requested_ == 0;
+  const int id = isPlainScan ? TypeScoutFile(path.get()) : Ask(path.get(), rows_);
+  if (id == 0) return FindOutWhy(place, record);
+  const Filter* filter = catalogue::FindFilter(id);
+  const Filter* best = filter;
+  if (!options_.check) {
+    const std::string extension = catalogue::ExtensionOf(record->path);
+    const std::vector<int> better = catalogue::RowsThatDescribeBetter(*filter, extension, rows_);
+    const int bestId = better.empty() ? 0 : Ask(path.get(), better);
+    if (bestId != 0) best = catalogue::FindFilter(bestId);
+    if (options_.all) record->all = AllAnswers(path.get(), *filter);
+    record->expected = catalogue::ExpectedExtension(*best, extension);
   }
-  const int id = FirstAnswer(subject);
-  if (id == 0) return FindOutWhy(input, record);
   record->state = State::RECOGNISED;
-  record->filter = catalogue::FindFilter(id);
-  if (options_.check != 0) return;
-  if (options_.all) record->all = AllAnswers(subject, *record->filter);
-  CompareWithName(subject, record);
+  record->filter = filter;
+  record->best = best;
+}
+
+void Examiner::ExamineContent(Record* record) const {
+  platform::TemporaryFile copy(catalogue::ExtensionOf(record->path));
+  const int error = CopyStandardInput(&copy, &record->size);
+  if (error != 0) return Fail(State::UNREADABLE, platform::ErrorText(error), record);
+  ExamineFile({nullptr, copy.path()}, record);
+}
+
+bool Examiner::CopyFromEarlier(Record* record) const {
+  if (earlier_ == nullptr || !record->size) return false;
+  std::optional<Record> old = earlier_->Find(record->path, FormatTime(*record->modified));
+  if (!old || old->size != record->size) return false;
+  if (options_.all && old->filter != nullptr && old->all.empty()) return false;
+  if (!options_.all) old->all.clear();
+  old->modified = record->modified;
+  *record = std::move(*old);
+  return true;
 }
 
 Record Examiner::Examine(const Input& input) const {
   Record record;
   record.path = input.path;
   record.kind = input.kind;
-  if (!input.reason.empty()) {
-    Fail(State::UNREADABLE, input.reason, &record);
-  } else if (input.kind != platform::Kind::FILE) {
-    record.state = State::NOT_EXAMINED;
-  } else {
-    try {
-      ExamineContent(input, &record);
-    } catch (int) {
-      Fail(State::CUT_SHORT, "Became shorter while it was read", &record);
-    } catch (const std::exception& error) {
-      Fail(State::UNREADABLE, std::string("An import module failed: ") + error.what(), &record);
-    } catch (...) {
-      Fail(State::UNREADABLE, "An import module failed", &record);
-    }
+  if (!input.error.empty()) {
+    Fail(State::UNREADABLE, input.error, &record);
+    return record;
   }
-  if (record.state != State::RECOGNISED) {
-    record.filter = nullptr;
-    record.also = nullptr;
-    record.all.clear();
-    record.isMismatch = false;
-    record.expected.clear();
+  try {
+    if (input.type == Input::Type::CONTENT) {
+      ExamineContent(&record);
+      return record;
+    }
+    record.state = State::NOT_EXAMINED;
+    if (input.kind != Kind::FILE) return record;
+    const Place place = input.Place();
+    if (needsStatus_) {
+      const platform::Status status =
+          input.status ? *input.status : platform::StatusOf(place, true);
+      if (status.error == 0) {
+        record.size = status.size;
+        record.modified = status.modified;
+      }
+    }
+    if (!CopyFromEarlier(&record)) ExamineFile(place, &record);
+  } catch (int) {
+    Fail(State::CUT_SHORT, "Became shorter while it was read", &record);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    Fail(State::UNREADABLE, std::string("An import module failed: ") + error.what(), &record);
+  } catch (...) {
+    Fail(State::UNREADABLE, "An import module failed", &record);
   }
   return record;
 }

@@ -2,48 +2,39 @@
 #ifndef TYPESCOUT_CLI_ASK_EXAMINER_H
 #define TYPESCOUT_CLI_ASK_EXAMINER_H
 
-#include <string>
+#include <span>
 #include <vector>
 
+#include "cli/ask/earlier_output.h"
 #include "cli/ask/record.h"
+#include "cli/input/input.h"
 #include "cli/options.h"
-#include "typescout/typescout.h"
 
 namespace typescout::cli {
-
-struct Input {
-  std::string path;  // as it is shown
-  platform::Place place;
-  platform::Kind kind = platform::Kind::FILE;
-  // Not empty: why there is nothing to examine.
-  std::string reason;
-  // Content from standard input in place of a file, at most HEAD_SIZE bytes of it.
-  bool isContent = false;
-  std::string content;
-};
-
-// The library never looks at more of a buffer that comes from us than of a file.
-inline constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
 
 // Which rows are asked, and in what order; what else is wanted of the answer.
 class Examiner {
  public:
-  explicit Examiner(const Options& options);
+  // `options` and `earlier` (which may be null) outlive it. `needsStatus`: records are to have size
+  // and time. A file that `earlier` has with the same size and time is not looked at again.
+  Examiner(const Options& options, const EarlierOutput* earlier, bool needsStatus);
 
-  // Safe to call from several threads. Throws nothing.
+  // Safe to call from several threads. Throws nothing but std::bad_alloc.
   Record Examine(const Input& input) const;
 
  private:
-  struct Subject;
-
-  int Ask(const Subject& subject, const std::vector<int>& rows) const;
-  int FirstAnswer(const Subject& subject) const;
-  std::vector<const Filter*> AllAnswers(const Subject& subject, const Filter& first) const;
-  void CompareWithName(const Subject& subject, Record* record) const;
-  void ExamineContent(const Input& input, Record* record) const;
-  void FindOutWhy(const Input& input, Record* record) const;
+  int Ask(const wchar_t* path, std::span<const int> rows) const;
+  std::vector<const Filter*> AllAnswers(const wchar_t* path, const Filter& first) const;
+  void ExamineFile(const platform::Place& place, Record* record) const;
+  void ExamineContent(Record* record) const;
+  bool CopyFromEarlier(Record* record) const;
+  void FindOutWhy(const platform::Place& place, Record* record) const;
 
   const Options& options_;
+  const EarlierOutput* earlier_;
+  bool needsStatus_;
+  int requested_ = 0;
+  bool asksEverything_ = true;
   std::vector<int> rows_;  // every row, or the candidates in the caller's order
 };
 

@@ -1,122 +1,108 @@
 #include "cli/ask/record.h"
 
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+
 namespace typescout::cli {
 
 using platform::Kind;
 
-std::string_view StateLabel(State state) {
-  switch (state) {
-    case State::RECOGNISED:
-      return "recognised";
-    case State::UNKNOWN:
-      return "unknown";
-    case State::EMPTY:
-      return "empty";
-    case State::UNREADABLE:
-      return "unreadable";
-    case State::CUT_SHORT:
-      return "cut-short";
-    case State::NOT_EXAMINED:
-      return "not-examined";
-  }
-  return "";
-}
-
-std::string_view KindLabel(Kind kind) {
-  switch (kind) {
-    case Kind::FILE:
-      return "file";
-    case Kind::FOLDER:
-      return "folder";
-    case Kind::FIFO:
-      return "fifo";
-    case Kind::SOCKET:
-      return "socket";
-    case Kind::CHARACTER_DEVICE:
-      return "character-device";
-    case Kind::BLOCK_DEVICE:
-      return "block-device";
-    case Kind::LINK:
-      return "link";
-    case Kind::OTHER:
-    case Kind::NOT_TOLD:
-      break;
-  }
-  return "other";
-}
-
 namespace {
 
-std::string_view KindName(Kind kind) {
-  switch (kind) {
-    case Kind::FIFO:
-      return "FIFO";
-    case Kind::CHARACTER_DEVICE:
-      return "character device";
-    case Kind::BLOCK_DEVICE:
-      return "block device";
-    case Kind::LINK:
-      return "symbolic link";
-    case Kind::OTHER:
-      return "not a regular file";
-    default:
-      return KindLabel(kind);
-  }
-}
+constexpr auto STATES = std::to_array<std::string_view>(
+    {"recognised", "unknown", "empty", "unreadable", "cut-short", "not-examined"});
 
-// As the freedesktop.org shared MIME-info specification, section 2.12, has them.
-std::string_view KindMime(Kind kind) {
-  switch (kind) {
-    case Kind::FOLDER:
-      return "inode/directory";
-    case Kind::FIFO:
-      return "inode/fifo";
-    case Kind::SOCKET:
-      return "inode/socket";
-    case Kind::CHARACTER_DEVICE:
-      return "inode/chardevice";
-    case Kind::BLOCK_DEVICE:
-      return "inode/blockdevice";
-    case Kind::LINK:
-      return "inode/symlink";
-    default:
-      return "application/octet-stream";
-  }
+struct KindWords {
+  std::string_view label;
+  std::string_view name;
+  // As the freedesktop.org shared MIME-info specification, section 2.12, has it.
+  std::string_view mime;
+};
+
+constexpr auto KINDS = std::to_array<KindWords>({
+    {"file", "file", "application/octet-stream"},
+    {"folder", "folder", "inode/directory"},
+    {"fifo", "FIFO", "inode/fifo"},
+    {"socket", "socket", "inode/socket"},
+    {"character-device", "character device", "inode/chardevice"},
+    {"block-device", "block device", "inode/blockdevice"},
+    {"link", "symbolic link", "inode/symlink"},
+    {"other", "not a regular file", "application/octet-stream"},
+});
+
+const KindWords& WordsOf(Kind kind) {
+  return KINDS[std::min(static_cast<std::size_t>(kind), KINDS.size() - 1)];
 }
 
 }  // namespace
 
-std::string_view Label(const Record& record) {
-  if (record.filter != nullptr) return record.filter->label;
+std::string_view StateLabel(State state) { return STATES[static_cast<std::size_t>(state)]; }
+
+std::optional<State> StateOf(std::string_view label) {
+  const auto* found = std::ranges::find(STATES, label);
+  if (found == STATES.end()) return std::nullopt;
+  return static_cast<State>(found - STATES.begin());
+}
+
+std::string_view KindLabel(Kind kind) { return WordsOf(kind).label; }
+
+Kind KindOf(std::string_view label) {
+  const auto* found = std::ranges::find(KINDS, label, &KindWords::label);
+  return static_cast<Kind>(std::min<std::ptrdiff_t>(found - KINDS.begin(), KINDS.size() - 1));
+}
+
+std::vector<std::string_view> StateLabels() {
+  std::vector<std::string_view> labels(STATES.begin(), STATES.end());
+  for (std::size_t i = 1; i < KINDS.size(); ++i) labels.push_back(KINDS[i].label);
+  return labels;
+}
+
+std::string_view Label(const Record& record, const Filter* filter) {
+  if (filter != nullptr) return filter->label;
   return record.state == State::NOT_EXAMINED ? KindLabel(record.kind) : StateLabel(record.state);
 }
 
-std::string_view Name(const Record& record) {
-  if (record.filter != nullptr) return record.filter->name;
-  if (record.state == State::NOT_EXAMINED) return KindName(record.kind);
-  return record.state == State::CUT_SHORT ? "cut short while it was read"
-                                          : StateLabel(record.state);
+std::string_view Name(const Record& record, const Filter* filter) {
+  if (filter != nullptr) return filter->name;
+  return record.state == State::NOT_EXAMINED ? WordsOf(record.kind).name : StateLabel(record.state);
 }
 
-std::string MimeType(const Record& record) {
-  if (record.state == State::NOT_EXAMINED) return std::string(KindMime(record.kind));
-  const Filter* filter = record.also == nullptr ? record.filter : record.also;
-  if (filter == nullptr || filter->mime.empty()) return "application/octet-stream";
-  return std::string(filter->mime);
+std::string_view MimeType(const Record& record, const Filter* filter) {
+  if (filter != nullptr && !filter->mime.empty()) return filter->mime;
+  return WordsOf(record.state == State::NOT_EXAMINED ? record.kind : Kind::FILE).mime;
 }
 
-Count CountedAs(State state) {
-  switch (state) {
-    case State::RECOGNISED:
-      return Count::RECOGNISED;
-    case State::UNREADABLE:
-    case State::CUT_SHORT:
-      return Count::UNREADABLE;
-    case State::NOT_EXAMINED:
-      return Count::SKIPPED;
-    default:
-      return Count::UNKNOWN;
-  }
+bool IsOneOf(const Record& record, const std::vector<std::string>& words) {
+  const auto isNamed = [&record](std::string_view word, const Filter* filter) {
+    return word == Label(record, filter) ||
+           (filter != nullptr && word == catalogue::Family(filter->id));
+  };
+  return std::ranges::any_of(words, [&](std::string_view word) {
+    return word == StateLabel(record.state) || isNamed(word, record.filter) ||
+           isNamed(word, record.best);
+  });
+}
+
+bool IsUnreadable(const Record& record) {
+  return record.state == State::UNREADABLE || record.state == State::CUT_SHORT;
+}
+
+std::string FormatTime(std::int64_t nanoseconds) {
+  using namespace std::chrono;
+  const sys_time<std::chrono::nanoseconds> time{std::chrono::nanoseconds(nanoseconds)};
+  const sys_days day = floor<days>(time);
+  const year_month_day date(day);
+  const hh_mm_ss clock(time - day);
+  std::array<char, 64> text;
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%09dZ",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()),
+                static_cast<int>(clock.subseconds().count()));
+  return text.data();
 }
 
 }  // namespace typescout::cli

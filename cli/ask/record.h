@@ -2,12 +2,14 @@
 #ifndef TYPESCOUT_CLI_ASK_RECORD_H
 #define TYPESCOUT_CLI_ASK_RECORD_H
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "catalogue/filters.h"
-#include "cli/platform/platform.h"
+#include "cli/platform/folders.h"
 
 namespace typescout::cli {
 
@@ -22,44 +24,60 @@ enum class State {
   NOT_EXAMINED,  // not a regular file; `kind` says what
 };
 
+// What became of an input since an earlier run (--compare).
+enum class Change { NOT_ASKED, NONE, CHANGED, APPEARED, WENT };
+
 struct Record {
   std::string path;
   State state = State::UNKNOWN;
   platform::Kind kind = platform::Kind::FILE;
   std::string reason;
+  std::optional<std::uint64_t> size;     // in bytes
+  std::optional<std::int64_t> modified;  // in nanoseconds since 1970-01-01 00:00 UTC
   // The library's answer; null unless recognised.
   const Filter* filter = nullptr;
-  // Where `filter` is not what the file's name says: another filter that says yes as well, and is
-  // the one of its name or the more exact one. Null when there is none.
-  const Filter* also = nullptr;
-  bool alsoFitsName = false;
+  // The most specific filter that says yes, often the same; null unless recognised.
+  const Filter* best = nullptr;
   // Every filter that says yes, in registry order; only when all were asked for.
   std::vector<const Filter*> all;
-  // The extension belongs to none of the filters that say yes; `expected` would.
-  bool isMismatch = false;
-  std::string expected;
+  // The extension that `best` would have, where the name has another one that does not fit.
+  std::string_view expected;
+  Change change = Change::NOT_ASKED;
+  // The answer and the best of the earlier run, where they changed or went.
+  int oldId = 0;
+  int oldBestId = 0;
 };
 
-// As scripts see it: "recognised", "unknown", "empty", "unreadable", "cut-short", "not-examined".
+// As scripts see them: "recognised", "unknown", "empty", "unreadable", "cut-short", "not-examined".
 std::string_view StateLabel(State state);
+std::optional<State> StateOf(std::string_view label);
 
 // "folder", "fifo", "socket", "character-device", "block-device", "link", "other"; "file".
 std::string_view KindLabel(platform::Kind kind);
+platform::Kind KindOf(std::string_view label);  // OTHER for none of these
+
+// What Label() can be besides the filters' labels.
+std::vector<std::string_view> StateLabels();
 
 // One word for what the input is, whatever its state: the filter's label, or "unknown", "empty",
-// "unreadable", "cut-short", "fifo", ...
-std::string_view Label(const Record& record);
+// "unreadable", "cut-short", "fifo", ... `filter` is one of the record's.
+std::string_view Label(const Record& record, const Filter* filter);
 
 // The same for people.
-std::string_view Name(const Record& record);
+std::string_view Name(const Record& record, const Filter* filter);
 
-// The MIME type of what fits best, the filter of the file's name where two say yes. For what has no
-// registered one "application/octet-stream", for what is no file "inode/fifo" and so on.
-std::string MimeType(const Record& record);
+// The MIME type of the filter. For what has none "application/octet-stream", for what is no file
+// "inode/fifo" and so on.
+std::string_view MimeType(const Record& record, const Filter* filter);
 
-// What the summary counts it as.
-enum class Count { RECOGNISED, UNKNOWN, UNREADABLE, SKIPPED };
-Count CountedAs(State state);
+// Whether its answer or its best filter has one of these labels or families, or it is in one of
+// these states.
+bool IsOneOf(const Record& record, const std::vector<std::string>& words);
+
+bool IsUnreadable(const Record& record);
+
+// YYYY-MM-DDThh:mm:ss.nnnnnnnnnZ (RFC 3339) of nanoseconds since 1970-01-01 00:00 UTC.
+std::string FormatTime(std::int64_t nanoseconds);
 
 }  // namespace typescout::cli
 

@@ -2,21 +2,28 @@
 
 #include <algorithm>
 
+#include "cli/platform/signals.h"
+#include "cli/platform/system.h"
+
 namespace typescout::cli {
 
 using platform::Kind;
 using platform::Place;
-using platform::Status;
 
-InputSource::InputSource(const Options& options, std::function<void()> beforeWaiting)
-    : options_(options), beforeWaiting_(std::move(beforeWaiting)) {}
+namespace {
+
+// How many of the folders that are being walked are held open, the innermost ones.
+constexpr std::size_t OPEN_FOLDERS = 64;
+
+}  // namespace
+
+InputSource::InputSource(const Options& options)
+    : options_(options), excludes_(options.excludes.begin(), options.excludes.end()) {}
 
 std::optional<std::uint64_t> InputSource::Total() const {
   if (options_.recursive || !options_.lists.empty()) return std::nullopt;
   return options_.paths.size();
 }
-
-std::string InputSource::TakeListError() { return std::exchange(listError_, {}); }
 
 bool InputSource::Next(Input* input) {
   while (!platform::IsInterrupted()) {
@@ -25,60 +32,68 @@ bool InputSource::Next(Input* input) {
       if (NextWalked(input)) return true;
       continue;
     }
-    std::string path;
     if (nextPath_ < options_.paths.size()) {
-      path = options_.paths[nextPath_++];
-      input->isContent = path == "-";
-    } else if (!NextListed(&path)) {
+      const std::string& path = options_.paths[nextPath_++];
+      if (path == "-") {
+        input->type = Input::Type::CONTENT;
+        input->path = options_.contentName.value_or(path);
+        return true;
+      }
+      NextPath(path, input);
+    } else if (!NextListed(input)) {
       return false;
     }
-    input->path = std::move(path);
-    if (NextNamed(input)) return true;
+    if (input->type != Input::Type::PATH || !input->error.empty()) return true;
+    if (!Resolve(true, input)) return true;
+    if (input->kind != Kind::FOLDER || !options_.recursive || Enter(true, input)) return true;
   }
   return false;
 }
 
-bool InputSource::NextListed(std::string* path) {
-  while (list_ || nextList_ < options_.lists.size()) {
-    if (!list_) list_.emplace(options_.lists[nextList_], options_.listsEndInNul ? '\0' : '\n');
-    if (list_->Next(beforeWaiting_, path)) return true;
+void InputSource::NextPath(std::string path, Input* input) {
+  input->path = std::move(path);
+  if (input->path.size() <= TYPESCOUT_PATH_LIMIT) return;
+  int error = 0;
+  Place place = platform::ReachThroughFolder(input->path, &error);
+  if (error != 0) {
+    input->error = platform::ErrorText(error);
+  } else if (place.folder != nullptr) {
+    input->reach = std::move(place);
+  }
+}
+
+bool InputSource::NextListed(Input* input) {
+  for (; nextList_ < options_.lists.size(); ++nextList_) {
+    const std::string& file = options_.lists[nextList_];
+    if (!list_) list_.emplace(file, options_.listsEndInNul);
+    std::string path;
+    switch (list_->Next(&path)) {
+      case PathList::Result::PATH:
+        NextPath(std::move(path), input);
+        return true;
+      case PathList::Result::TOO_LONG:
+        input->path = path.substr(0, TYPESCOUT_PATH_LIMIT) + "...";
+        input->error = "An entry of more than 65,536 bytes";
+        return true;
+      case PathList::Result::HAS_NUL:
+        input->type = Input::Type::BAD_LIST;
+        input->error = file + ": zero bytes in a list of lines; see --null";
+        return true;
+      case PathList::Result::END:
+        break;
+    }
     if (list_->error() != 0) {
-      listError_ = options_.lists[nextList_] + ": " + platform::ErrorText(list_->error());
+      input->type = Input::Type::LIST_ERROR;
+      input->error = file + ": " + platform::ErrorText(list_->error());
     }
     list_.reset();
-    ++nextList_;
     if (platform::IsInterrupted()) return false;
-  }
-  return false;
-}
-
-bool InputSource::NextNamed(Input* input) {
-  if (input->isContent) {
-    if (!options_.contentName.empty()) input->path = options_.contentName;
-    int error = 0;
-    beforeWaiting_();
-    std::string* content = &input->content;
-    content->resize(HEAD_SIZE);
-    std::size_t size = 0;
-    while (const std::size_t count = platform::ReadSome(
-               platform::StandardInput(), content->data() + size, HEAD_SIZE - size, &error)) {
-      size += count;
-      if (size == HEAD_SIZE) break;
-    }
-    content->resize(size);
-    if (error != 0) input->reason = platform::ErrorText(error);
-    return !platform::IsInterrupted();
-  }
-  input->place.name = input->path;
-  if (input->path.size() > TYPESCOUT_PATH_LIMIT) {
-    int error = 0;
-    input->place = platform::ReachThroughFolder(input->path, &error);
-    if (error != 0) {
-      input->reason = platform::ErrorText(error);
+    if (input->type == Input::Type::LIST_ERROR) {
+      ++nextList_;
       return true;
     }
   }
-  return Resolve(true, input);
+  return false;
 }
 
 bool InputSource::NextWalked(Input* input) {
@@ -91,53 +106,60 @@ bool InputSource::NextWalked(Input* input) {
   input->kind = frame.listing.kind(frame.next);
   ++frame.next;
   input->path = platform::JoinPath(frame.path, name);
-  input->place = {frame.folder, std::string(name)};
-  if (IsExcluded(input->path, name)) return false;
+  if (frame.isLong) {
+    if (frame.folder == nullptr) {
+      int error = 0;
+      frame.folder =
+          platform::ReachThroughFolder(platform::JoinPath(frame.path, ""), &error).folder;
+      if (error != 0) input->error = platform::ErrorText(error);
+    }
+    input->reach = {frame.folder, std::string(name)};
+  }
 
   const bool isLinkToFollow = input->kind == Kind::LINK && options_.dereference;
-  const bool isTold = input->kind != Kind::NOT_TOLD && input->kind != Kind::FOLDER;
-  if (isTold && !isLinkToFollow) return true;
-  return Resolve(options_.dereference, input);
+  const bool needsStatus =
+      isLinkToFollow || input->kind == Kind::NOT_TOLD || input->kind == Kind::FOLDER;
+  if (needsStatus && input->error.empty()) Resolve(options_.dereference, input);
+  const bool isFolder = input->kind == Kind::FOLDER;
+  if (std::any_of(excludes_.begin(), excludes_.end(),
+                  [&](const Glob& glob) { return glob.Matches(input->path, name, isFolder); })) {
+    return false;
+  }
+  return !isFolder || !input->error.empty() || Enter(options_.dereference, input);
 }
 
 bool InputSource::Resolve(bool followLink, Input* input) {
-  const Status status = platform::StatusOf(input->place, followLink);
-  if (status.error != 0) {
-    input->reason = platform::ErrorText(status.error);
-    input->kind = Kind::FILE;
-    return true;
-  }
-  input->kind = status.kind;
-  if (status.kind != Kind::FOLDER || !options_.recursive) return true;
-  return Enter(followLink, status, input);
+  input->status = platform::StatusOf(input->Place(), followLink);
+  const int error = input->status->error;
+  if (error != 0) input->error = platform::ErrorText(error);
+  input->kind = error != 0 ? Kind::FILE : input->status->kind;
+  return error == 0;
 }
 
-bool InputSource::Enter(bool followLink, const Status& status, Input* input) {
+// A folder that is not entered is a record, so that nothing goes unsaid.
+bool InputSource::Enter(bool followLink, Input* input) {
+  const platform::Status& status = *input->status;
   if (frames_.empty()) {
     rootDevice_ = status.device;
   } else if (options_.oneFileSystem && status.device != rootDevice_) {
-    return false;
+    return true;
   }
-  // A folder that was entered before stays a record, so that nothing goes unsaid.
   if (!entered_.emplace(status.device, status.serial).second) return true;
 
   int error = 0;
-  Frame frame = {.path = input->path, .folder = nullptr, .listing = {}, .next = 0};
-  frame.folder = platform::OpenFolder(input->place, followLink, &error);
+  Frame frame;
+  frame.folder = platform::OpenFolder(input->Place(), followLink, &error);
   if (frame.folder != nullptr) error = platform::ListFolder(*frame.folder, &frame.listing);
-  const bool hasEntries = frame.folder != nullptr && frame.listing.size() != 0;
-  if (hasEntries) frames_.push_back(std::move(frame));
+  if (frame.listing.size() != 0) {
+    frame.path = input->path;
+    frame.isLong = frame.path.size() + 1 + frame.listing.longestName() > TYPESCOUT_PATH_LIMIT;
+    if (!frame.isLong) frame.folder.reset();
+    frames_.push_back(std::move(frame));
+    if (frames_.size() > OPEN_FOLDERS) frames_[frames_.size() - 1 - OPEN_FOLDERS].folder.reset();
+  }
   if (error == 0) return false;
-  input->reason = platform::ErrorText(error);
+  input->error = platform::ErrorText(error);
   return true;
-}
-
-bool InputSource::IsExcluded(const std::string& path, std::string_view name) const {
-  return std::any_of(options_.excludes.begin(), options_.excludes.end(),
-                     [&](const std::string& glob) {
-                       const bool isForPath = glob.find('/') != std::string::npos;
-                       return platform::MatchesGlob(glob, isForPath ? path : std::string(name));
-                     });
 }
 
 }  // namespace typescout::cli

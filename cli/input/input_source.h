@@ -4,14 +4,14 @@
 #define TYPESCOUT_CLI_INPUT_INPUT_SOURCE_H
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "cli/ask/examiner.h"
+#include "cli/input/glob.h"
+#include "cli/input/input.h"
 #include "cli/input/path_list.h"
 #include "cli/options.h"
 
@@ -19,9 +19,8 @@ namespace typescout::cli {
 
 class InputSource {
  public:
-  // `options` outlives the source. `beforeWaiting` is called before a list is read that may keep us
-  // waiting: what is known so far can be brought out.
-  InputSource(const Options& options, std::function<void()> beforeWaiting);
+  // `options` outlives the source.
+  explicit InputSource(const Options& options);
 
   // False when there are no more, or the run was interrupted.
   bool Next(Input* input);
@@ -29,32 +28,30 @@ class InputSource {
   // How many there will be, where that is known from the start.
   std::optional<std::uint64_t> Total() const;
 
-  // A list that could not be read, as a message; empty when there was none since the last call.
-  std::string TakeListError();
-
  private:
   // A folder that is being walked.
   struct Frame {
     std::string path;
-    platform::FolderPtr folder;
+    platform::FolderPtr folder;  // null unless `isLong` and among the innermost ones
+    bool isLong = false;         // what is in it may be too long for the library
     platform::Listing listing;
     std::size_t next = 0;
   };
 
-  bool NextNamed(Input* input);
-  bool NextWalked(Input* input);
-  bool NextListed(std::string* path);
-  // False when the input is a folder that has been entered instead.
+  void NextPath(std::string path, Input* input);
+  bool NextListed(Input* input);
+  // Asks what kind the input is; false when that fails.
   bool Resolve(bool followLink, Input* input);
-  bool Enter(bool followLink, const platform::Status& status, Input* input);
-  bool IsExcluded(const std::string& path, std::string_view name) const;
+  // These are false when there is nothing to tell: a folder was entered or left, or something is
+  // excluded.
+  bool NextWalked(Input* input);
+  bool Enter(bool followLink, Input* input);
 
   const Options& options_;
-  std::function<void()> beforeWaiting_;
+  std::vector<Glob> excludes_;
   std::size_t nextPath_ = 0;
   std::size_t nextList_ = 0;
   std::optional<PathList> list_;
-  std::string listError_;
   std::vector<Frame> frames_;
   std::uint64_t rootDevice_ = 0;
   std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;

@@ -4,34 +4,50 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace typescout::cli {
 
+// The longest entry of a list, in bytes.
+inline constexpr std::size_t LONGEST_ENTRY = 65'536;
+
+// Lines end in LF or CR LF. UTF-16 with a byte-order mark is read too, and a mark of UTF-8 is left
+// out. With zero bytes as terminators, the bytes between them are taken as they are.
 class PathList {
  public:
-  // "-" is standard input. `terminator` ends a path; empty ones are passed over.
-  PathList(const std::string& file, char terminator);
+  // "-" is standard input. Empty entries are passed over.
+  PathList(const std::string& file, bool endsInNul);
   ~PathList();
   PathList(const PathList&) = delete;
   PathList& operator=(const PathList&) = delete;
 
-  // False at the end, on an error and when the run was interrupted. `beforeWaiting` is called when
-  // the next path has not been written yet.
-  bool Next(const std::function<void()>& beforeWaiting, std::string* path);
+  enum class Result {
+    PATH,
+    TOO_LONG,  // an entry beyond LONGEST_ENTRY was passed over; `*path` is its beginning
+    HAS_NUL,   // a zero byte in a line: the list is one for zero bytes as terminators
+    END,       // or an error, or an interrupt
+  };
+  Result Next(std::string* path);
 
   // Why it could not be read (on); 0 when it could.
   int error() const { return error_; }
 
  private:
-  bool Fill(const std::function<void()>& beforeWaiting);
+  enum class Encoding { UNKNOWN, BYTES, UTF16_LITTLE, UTF16_BIG };
+
+  // The next entry without its terminator, `*isCut` when only its beginning.
+  bool NextEntry(std::string* entry, bool* isCut);
+  bool Fill();
+  void Decode(std::string* piece);
 
   bool isOwned_ = false;
   std::intptr_t handle_ = -1;
-  char terminator_;
+  bool endsInNul_;
   bool atEnd_ = false;
   int error_ = 0;
+  Encoding encoding_ = Encoding::UNKNOWN;
+  std::string undecoded_;
+  char16_t highHalf_ = 0;
   std::string buffer_;
   std::size_t at_ = 0;
 };

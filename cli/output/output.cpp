@@ -1,7 +1,7 @@
 #include "cli/output/output.h"
 
-#include "cli/output/names.h"
-#include "cli/platform/platform.h"
+#include "cli/escape.h"
+#include "cli/platform/streams.h"
 
 namespace typescout::cli {
 
@@ -17,9 +17,7 @@ void Output::Flush() {
 }
 
 void Complain(std::string_view message) {
-  static const bool isTerminal = platform::IsTerminal(platform::Stream::MESSAGES);
-  const std::string shown = isTerminal ? EscapeForTerminal(message) : std::string(message);
-  platform::WriteAll(platform::Stream::MESSAGES, "typescout: " + shown + "\n");
+  platform::WriteAll(platform::Stream::MESSAGES, "typescout: " + EscapeControls(message) + "\n");
 }
 
 }  // namespace typescout::cli

@@ -1,4 +1,4 @@
-// Standard output, gathered into large writes.
+// Standard output, gathered into large writes, and messages on standard error.
 #ifndef TYPESCOUT_CLI_OUTPUT_OUTPUT_H
 #define TYPESCOUT_CLI_OUTPUT_OUTPUT_H
 
@@ -20,8 +20,7 @@ class Output {
   int error_ = 0;
 };
 
-// A line on standard error: "typescout: " and the message, with what a terminal would act upon
-// escaped when it is one.
+// A line on standard error: "typescout: " and the message, with its control characters escaped.
 void Complain(std::string_view message);
 
 }  // namespace typescout::cli

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <string>
 
-#include "cli/platform/platform.h"
+#include "cli/platform/streams.h"
 
 namespace typescout::cli {
 

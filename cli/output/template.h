@@ -9,8 +9,8 @@
 
 namespace typescout::cli {
 
-// What is wrong with it, or empty. {field} must be one that there is, { and } alone are written
-// {{ and }}.
+// What is wrong with it, or empty. {field} must be one that there is, {field!q} is quoted for a
+// shell, { and } alone are written {{ and }}.
 std::string CheckTemplate(std::string_view text);
 
 // The template, which was found right, with the record's fields filled in, escaped when a terminal

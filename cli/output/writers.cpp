@@ -2,13 +2,16 @@
 
 #include <algorithm>
 
+#include "cli/ask/filters.h"
+#include "cli/escape.h"
 #include "cli/output/fields.h"
-#include "cli/output/json.h"
-#include "cli/output/names.h"
 #include "cli/output/template.h"
+#include "typescout/typescout.h"
 
 namespace typescout::cli {
 namespace {
+
+using catalogue::FormatId;
 
 // Lines for people: path: identifier name.
 class TextWriter : public Writer {
@@ -17,64 +20,81 @@ class TextWriter : public Writer {
       : options_(options), isTerminal_(isTerminal), isColored_(isColored) {}
 
   std::string Format(const Record& record) const override {
-    // The message on standard error has said it.
-    if (CountedAs(record.state) == Count::UNREADABLE && options_.format.empty()) return {};
     std::string line;
-    if (!options_.format.empty()) {
-      line = FillTemplate(options_.format, record, isTerminal_);
+    if (options_.shape == Shape::TEMPLATE) {
+      line = FillTemplate(*options_.format, record, isTerminal_);
     } else {
-      if (!options_.brief) line = Shown(record.path) + ": ";
-      line += What(record);
+      if (!options_.brief || options_.shape == Shape::NAMES) {
+        line = isTerminal_ ? EscapeControls(record.path) : record.path;
+      }
+      if (options_.shape != Shape::NAMES) {
+        if (!options_.brief) line += ": ";
+        AppendWhat(record, &line);
+      }
     }
-    return line + (options_.print0 ? '\0' : '\n');
+    line += options_.print0 ? '\0' : '\n';
+    return line;
   }
+
+  bool NeedsStatus() const override { return options_.shape == Shape::TEMPLATE; }
 
  private:
-  std::string Shown(const std::string& text) const {
-    return isTerminal_ ? EscapeForTerminal(text) : text;
-  }
-
-  std::string Colored(const char* color, const std::string& text) const {
-    return isColored_ ? "\x1B[" + std::string(color) + "m" + text + "\x1B[0m" : text;
-  }
-
-  std::string What(const Record& record) const {
-    if (options_.mime) return MimeType(record);
-    if (options_.id || options_.label) return OneWordEach(record);
-    const char* color = record.filter != nullptr ? "32" : "33";
-    if (record.filter == nullptr) {
-      return catalogue::FormatId(0) + " " + Colored(color, std::string(Name(record)));
+  void AppendWhat(const Record& record, std::string* line) const {
+    switch (options_.shape) {
+      case Shape::MIME_TYPE:
+        *line += MimeType(record, record.best);
+        return;
+      case Shape::ID:
+      case Shape::LABEL:
+        return AppendAnswers(record, line);
+      default:
+        break;
     }
-    std::string text;
-    if (record.all.empty()) {
-      text = WithId(color, *record.filter);
-      if (record.also != nullptr) {
-        text += "; also " + WithId(color, *record.also);
-        if (record.alsoFitsName) text += ", as its name says";
-      }
+    if (record.change == Change::WENT) {
+      *line += "went";
+    } else if (IsUnreadable(record)) {
+      line->append(Colored(Label(record, nullptr))).append(": ").append(record.reason);
     } else {
-      for (const Filter* filter : record.all) {
-        text += (text.empty() ? "" : ", ") + WithId(color, *filter);
+      AppendAnswers(record, line);
+      if (record.best != record.filter) {
+        line->append("; best ").append(Described(record, record.best));
       }
+      if (options_.mismatch) line->append("; expected .").append(record.expected);
     }
-    if (options_.mismatch) text += "; expected ." + record.expected;
-    return text;
+    if (record.change == Change::APPEARED) *line += "; new";
+    if (record.change == Change::CHANGED || record.change == Change::WENT) {
+      *line += "; was " + FormatId(record.oldId);
+      if (record.oldBestId != record.oldId) *line += ", best " + FormatId(record.oldBestId);
+    }
   }
 
-  std::string WithId(const char* color, const Filter& filter) const {
-    return catalogue::FormatId(filter.id) + " " + Colored(color, std::string(filter.name));
+  // The answer, or every answer where they were asked for.
+  void AppendAnswers(const Record& record, std::string* line) const {
+    if (record.all.empty()) return AppendAnswer(record, record.filter, line);
+    for (const Filter* filter : record.all) {
+      if (filter != record.all.front()) *line += options_.shape == Shape::TEXT ? ", " : " ";
+      AppendAnswer(record, filter, line);
+    }
   }
 
-  std::string OneWordEach(const Record& record) const {
-    const auto word = [this](const Filter& filter) {
-      return options_.id ? catalogue::FormatId(filter.id) : std::string(filter.label);
-    };
-    if (record.filter == nullptr)
-      return options_.id ? catalogue::FormatId(0) : std::string(Label(record));
-    if (record.all.empty()) return word(*record.filter);
-    std::string words;
-    for (const Filter* filter : record.all) words += (words.empty() ? "" : " ") + word(*filter);
-    return words;
+  void AppendAnswer(const Record& record, const Filter* filter, std::string* line) const {
+    if (options_.shape == Shape::LABEL) {
+      *line += Label(record, filter);
+    } else if (options_.shape == Shape::ID) {
+      *line += FormatId(filter == nullptr ? 0 : filter->id);
+    } else {
+      *line += Described(record, filter);
+    }
+  }
+
+  std::string Described(const Record& record, const Filter* filter) const {
+    return FormatId(filter == nullptr ? 0 : filter->id) + " " +
+           Colored(Name(record, filter), filter == nullptr ? "33" : "32");
+  }
+
+  std::string Colored(std::string_view text, const char* color = "31") const {
+    if (!isColored_) return std::string(text);
+    return "\x1B[" + std::string(color) + "m" + std::string(text) + "\x1B[0m";
   }
 
   const Options& options_;
@@ -82,103 +102,167 @@ class TextWriter : public Writer {
   bool isColored_;
 };
 
-// RFC 4180; the bytes of names as they are.
+std::vector<Field<Record>> FieldsFor(const Options& options) {
+  std::vector<Field<Record>> fields;
+  std::ranges::copy_if(RecordFields(), std::back_inserter(fields), [&](const Field<Record>& field) {
+    using enum Field<Record>::Use;
+    return field.use != TEMPLATE && (field.use != COMPARE || options.compare);
+  });
+  return fields;
+}
+
 class CsvWriter : public Writer {
  public:
   explicit CsvWriter(const Options& options)
-      : end_(options.print0 ? std::string(1, '\0') : "\r\n") {}
+      : fields_(FieldsFor(options)),
+        isSafe_(options.csvSafe),
+        end_(options.print0 ? std::string(1, '\0') : "\r\n") {}
 
-  std::string Begin() const override {
-    std::string line;
-    for (const Field& field : Fields()) Append(std::string(field.name), &line);
-    return line + end_;
-  }
-
+  std::string Begin() const override { return CsvHeading<Record>(fields_) + end_; }
   std::string Format(const Record& record) const override {
-    std::string line;
-    for (const Field& field : Fields()) Append(field.value(record), &line);
-    return line + end_;
+    return CsvLine<Record>(fields_, record, isSafe_) + end_;
   }
 
  private:
-  static void Append(const std::string& value, std::string* line) {
-    if (!line->empty()) *line += ',';
-    if (!value.empty() && value.find_first_of("\",\r\n") == std::string::npos) {
-      *line += value;
-      return;
-    }
-    // An empty value is quoted too: a line that begins with nothing would be taken for shorter.
-    *line += '"';
-    for (const char c : value) *line += c == '"' ? "\"\"" : std::string(1, c);
-    *line += '"';
-  }
-
+  std::vector<Field<Record>> fields_;
+  bool isSafe_;
   std::string end_;
 };
 
+// An array, or with --header an object around it.
 class JsonArrayWriter : public Writer {
  public:
-  std::string Begin() const override { return "[\n"; }
+  explicit JsonArrayWriter(const Options& options) : fields_(FieldsFor(options)) {
+    if (!options.header) return;
+    before_ = "{\"typescout\":" + HeaderObject(options) + ",\n\"records\":";
+    after_ = "}";
+  }
+
+  std::string Begin() const override { return before_ + "[\n"; }
   std::string Between() const override { return ",\n"; }
-  std::string End() const override { return "\n]\n"; }
-  std::string Format(const Record& record) const override { return JsonObject(record); }
+  std::string End() const override { return "\n]" + after_ + "\n"; }
+  std::string Nothing() const override { return before_ + "[]" + after_ + "\n"; }
+  std::string Format(const Record& record) const override {
+    return JsonObject<Record>(fields_, record);
+  }
+
+ private:
+  std::vector<Field<Record>> fields_;
+  std::string before_;
+  std::string after_;
 };
 
 class JsonLinesWriter : public Writer {
  public:
-  explicit JsonLinesWriter(const Options& options) : end_(options.print0 ? '\0' : '\n') {}
-  std::string Format(const Record& record) const override { return JsonObject(record) + end_; }
+  explicit JsonLinesWriter(const Options& options)
+      : fields_(FieldsFor(options)), end_(options.print0 ? '\0' : '\n') {
+    if (options.header) head_ = "{\"typescout\":" + HeaderObject(options) + "}" + end_;
+  }
+
+  std::string Begin() const override { return head_; }
+  std::string Format(const Record& record) const override {
+    return JsonObject<Record>(fields_, record) + end_;
+  }
 
  private:
+  std::vector<Field<Record>> fields_;
   char end_;
+  std::string head_;
 };
 
 // The exit status says it all.
 class SilentWriter : public Writer {
  public:
   std::string Format(const Record&) const override { return {}; }
+  bool NeedsStatus() const override { return false; }
 };
 
-}  // namespace
-
-std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool isColored) {
-  if (options.check != 0) return std::make_unique<SilentWriter>();
-  if (options.json) return std::make_unique<JsonArrayWriter>();
-  if (options.jsonLines) return std::make_unique<JsonLinesWriter>(options);
-  if (options.csv) return std::make_unique<CsvWriter>(options);
-  return std::make_unique<TextWriter>(options, isTerminal, isColored);
-}
-
-namespace {
-
-std::string HiddenBy(const Filter& filter) {
-  if (filter.evidence == catalogue::Evidence::NEVER) return "never";
-  std::string ids;
-  for (const int id : filter.hiddenBy) {
-    if (id != 0) ids += (ids.empty() ? "" : " ") + catalogue::FormatId(id);
-  }
-  return ids;
-}
-
-}  // namespace
-
-std::string FilterList(bool asJson) {
-  if (asJson) return JsonFilterList();
-  const auto cell = [](std::string_view text, std::size_t width) {
-    std::string padded(text);
-    padded.resize(std::max(width, padded.size()), ' ');
-    return padded + "  ";
-  };
+std::string FilterTable() {
   std::string list =
       "row  id      label                    family    hidden by             name, MIME type, "
       "extensions\n";
   for (const Filter& filter : catalogue::Filters()) {
-    list += cell(std::to_string(RowOf(filter)), 3) + cell(catalogue::FormatId(filter.id), 6) +
-            cell(filter.label, 23) + cell(catalogue::Family(filter.id), 8) +
-            cell(HiddenBy(filter), 20) + std::string(filter.name);
-    if (!filter.mime.empty()) list += ", " + std::string(filter.mime);
-    if (!filter.extensions.empty()) list += " (" + std::string(filter.extensions) + ")";
+    const auto value = [&filter](std::string_view name) {
+      return ToText(std::ranges::find(FilterFields(), name, &Field<Filter>::name)->value(filter));
+    };
+    for (const auto& [name, width] : {std::pair<std::string_view, std::size_t>{"row", 5},
+                                      {"id", 8},
+                                      {"label", 25},
+                                      {"family", 10},
+                                      {"hidden_by", 22}}) {
+      std::string cell = value(name);
+      if (name == "hidden_by" && filter.evidence == catalogue::Evidence::NEVER) cell = "never";
+      cell.resize(std::max(width, cell.size() + 2), ' ');
+      list += cell;
+    }
+    list += filter.name;
+    if (!filter.mime.empty()) list.append(", ").append(filter.mime);
+    if (!filter.extensions.empty()) list.append(" (").append(filter.extensions).append(")");
     list += '\n';
+  }
+  return list;
+}
+
+}  // namespace
+
+std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool isColored) {
+  if (options.summary) return std::make_unique<SilentWriter>();
+  switch (options.shape) {
+    case Shape::NOTHING:
+      return std::make_unique<SilentWriter>();
+    case Shape::JSON:
+      return std::make_unique<JsonArrayWriter>(options);
+    case Shape::JSON_LINES:
+      return std::make_unique<JsonLinesWriter>(options);
+    case Shape::CSV:
+      return std::make_unique<CsvWriter>(options);
+    default:
+      return std::make_unique<TextWriter>(options, isTerminal, isColored);
+  }
+}
+
+std::string HeaderObject(const Options& options) {
+  const auto quoted = [](std::string_view text) {
+    std::string json;
+    AppendJsonString(text, &json);
+    return json;
+  };
+  std::string head = "{\"version\":" + quoted(TYPESCOUT_VERSION_STRING) +
+                     ",\"filters\":" + std::to_string(GetNumTypeScoutProcs());
+  if (!options.candidates.empty()) {
+    std::string list;
+    for (const std::string& word : options.candidates) {
+      list += (list.empty() ? "" : ",") + quoted(word);
+    }
+    head += ",\"candidates\":[" + list + "]";
+  }
+  if (options.requested) {
+    head += ",\"requested\":" + quoted(FormatId(FilterNamed(*options.requested)));
+  }
+  if (options.all) head += ",\"all\":true";
+  return head + "}";
+}
+
+std::string FilterList(Shape shape) {
+  const std::span<const Field<Filter>> fields = FilterFields();
+  std::string list = shape == Shape::JSON  ? "[\n"
+                     : shape == Shape::CSV ? CsvHeading(fields) + "\r\n"
+                                           : "";
+  for (const Filter& filter : catalogue::Filters()) {
+    switch (shape) {
+      case Shape::JSON:
+        list += JsonObject(fields, filter) +
+                (&filter == &catalogue::Filters().back() ? "\n]\n" : ",\n");
+        break;
+      case Shape::JSON_LINES:
+        list += JsonObject(fields, filter) + "\n";
+        break;
+      case Shape::CSV:
+        list += CsvLine(fields, filter, false) + "\r\n";
+        break;
+      default:
+        return FilterTable();
+    }
   }
   return list;
 }

@@ -15,20 +15,28 @@ class Writer {
  public:
   virtual ~Writer() = default;
 
-  // What stands before the first record, between two records and behind the last.
+  // What stands before the first record, between two records and behind the last; what stands in
+  // the place of all that when there are no records.
   virtual std::string Begin() const { return {}; }
   virtual std::string Between() const { return {}; }
   virtual std::string End() const { return {}; }
+  virtual std::string Nothing() const { return Begin() + End(); }
 
   // The record with its end; empty when it is not for this output.
   virtual std::string Format(const Record& record) const = 0;
+
+  // Whether records need `size` and `modified`.
+  virtual bool NeedsStatus() const { return true; }
 };
 
 // `isTerminal`: control bytes are escaped in what people read. `isColored`: they may be coloured.
 std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool isColored);
 
+// What an output was made with, as --header has it: an object in one line.
+std::string HeaderObject(const Options& options);
+
 // The registry, for --list-filters.
-std::string FilterList(bool asJson);
+std::string FilterList(Shape shape);
 
 }  // namespace typescout::cli
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "cli/platform/platform.h"
+#include "cli/platform/folders.h"
 
 namespace typescout::cli::platform {
 
@@ -10,6 +10,7 @@ void Listing::Add(std::string_view name, Kind kind) {
   names_ += static_cast<char>(kind);
   names_ += name;
   names_ += '\0';
+  longestName_ = std::max(longestName_, name.size());
 }
 
 void Listing::Sort() {

@@ -4,11 +4,10 @@
 
 TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() { return {}; }
 
-TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& /*name*/)
-    : module_(nullptr) {}
+TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& /*name*/) {}
 TvnUtils::TvnLibrary::~TvnLibrary() = default;
 
 bool TvnUtils::TvnLibrary::Load() { return false; }
-bool TvnUtils::TvnLibrary::IsLoaded() const { return module_ != nullptr; }
+bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 void* TvnUtils::TvnLibrary::GetSymbol(const char* /*name*/) const { return nullptr; }
 bool TvnUtils::TvnLibrary::Unload() { return false; }

@@ -19,7 +19,7 @@
 namespace typescout::python {
 namespace {
 
-constexpr std::size_t LONGEST_PATH = 259;  // in characters; the library takes no more
+constexpr std::size_t LONGEST_PATH = TYPESCOUT_PATH_LIMIT;
 
 Outcome Failed(int error, std::string reason = {}) {
   Outcome outcome;

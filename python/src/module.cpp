@@ -160,7 +160,7 @@ py::list Filters() {
 }  // namespace
 
 PYBIND11_MODULE(_native, module) {
-  module.attr("VERSION") = TYPESCOUT_VERSION;
+  module.attr("VERSION") = TYPESCOUT_VERSION_STRING;
   module.def("filters", Filters);
   py::class_<Question>(module, "Question").def(py::init([](std::vector<int> rows, int requested) {
     return Question{std::move(rows), requested};

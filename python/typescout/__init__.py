@@ -38,6 +38,8 @@ __all__ = [
 __version__: str = _native.VERSION
 
 PathLike = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+# Labels, identifiers or families.
+Among = Union[Iterable[Union[int, str]], int, str, None]
 
 
 class FilterId(int):
@@ -163,7 +165,7 @@ def _question(among: tuple[int | str, ...] | None, requested: int | str | None) 
 _FULL_SCAN = _question(None, None)
 
 
-def _ask_for(among: Iterable[int | str] | None, requested: int | str | None) -> _native.Question:
+def _ask_for(among: Among, requested: int | str | None) -> _native.Question:
     if among is None and requested is None:
         return _FULL_SCAN
     if isinstance(among, (str, int)):
@@ -174,7 +176,7 @@ def _ask_for(among: Iterable[int | str] | None, requested: int | str | None) -> 
 def identify(
     path: PathLike,
     *,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     requested: int | str | None = None,
 ) -> Answer | None:
     """Tells what the file at ``path`` is; None when no filter accepts it.
@@ -199,7 +201,7 @@ def identify_bytes(
     data: bytes | bytearray | memoryview,
     *,
     name: PathLike | None = None,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     requested: int | str | None = None,
 ) -> Answer | None:
     """Tells what a file with this content and this name would be.
@@ -221,7 +223,7 @@ def identify_many(
     paths: Iterable[PathLike],
     *,
     threads: int | None = None,
-    among: Iterable[int | str] | int | str | None = None,
+    among: Among = None,
     on_error: Literal["raise", "record"] = "raise",
 ) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
     """Yields each path with its answer, in the order of ``paths``, while threads read ahead.
@@ -260,9 +262,9 @@ def _identify_many(
             return
         waiting.popleft()
         for path, result in many.take():
-            if type(result) is tuple:
+            if isinstance(result, tuple):
                 yield path, _answer(result)
-            elif result is not None and raises:
+            elif isinstance(result, OSError) and raises:
                 raise result
             else:
                 yield path, result

@@ -1,5 +1,10 @@
-// Stands in for the library, to be loaded before it: files whose names say what happens. Also lies
-// where an import module does, to be counted: writes a line to COUNT_FILE each time it is loaded.
+// Stands in for the library, to be loaded before it: files whose names say what happens. With
+// NO_THREADS set no thread can be started. Also lies where an import module does, to be counted:
+// writes a line to COUNT_FILE each time it is loaded.
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -15,10 +20,20 @@
 }
 
 int TypeScoutFile(const wchar_t* path) {
+  using std::chrono::milliseconds;
   const std::wstring_view name(path);
   if (name == L"cut.gif") throw 0;
   if (name == L"failing.pdf") throw std::runtime_error("out of ink");
   if (name == L"odd.pdf") throw "nothing that one could print";
-  if (name == L"slow.gif") std::this_thread::sleep_for(std::chrono::milliseconds(250));
+  if (name == L"slow.gif") std::this_thread::sleep_for(milliseconds(250));
+  if (name == L"slowest.gif") std::this_thread::sleep_for(milliseconds(60'000));
   return 0x0305;
+}
+
+extern "C" __attribute__((visibility("default"))) int pthread_create(
+    pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument) {
+  if (std::getenv("NO_THREADS") != nullptr) return EAGAIN;
+  const auto create =
+      reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+  return create(thread, attributes, start, argument);
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/registry.h"
+#include "host/owners.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
 #include "tests/support/temp_folder.h"
@@ -89,6 +90,21 @@ TEST(Module, TakesPathsOf259Characters) {
   };
   EXPECT_EQ(TypeScoutFile(pathOf(259).c_str()), 0x0322);
   EXPECT_EQ(TypeScoutFile(pathOf(260).c_str()), 0);
+}
+
+TEST(Module, ReadsFilesOfMoreThanFourGigabytes) {
+  constexpr std::uint64_t FOUR_GIGABYTES = std::uint64_t{1} << 32;
+  const TempFolder folder;
+  const fs::path path = folder.Write("large", "start");
+  fs::resize_file(path, FOUR_GIGABYTES + 3);
+  FileOwner file;
+  ASSERT_TRUE(file.Open(Wide(path).c_str()));
+  EXPECT_EQ(file->GetLength(), FOUR_GIGABYTES + 3);
+  std::string bytes = "xxxxx";
+  ASSERT_TRUE(file.SeekTo(FOUR_GIGABYTES));
+  EXPECT_EQ(file->Read(bytes.data(), 5), 3u);
+  EXPECT_EQ(bytes, "\0\0\0xx"s);
+  EXPECT_FALSE(file.SeekTo(FOUR_GIGABYTES + 4));
 }
 
 // A picture of so much data that the file shrinks while it is read.

@@ -1,6 +1,10 @@
 // The module on the real system, whose calls fail, are interrupted or do half of their work at
 // every moment; and what each file costs in calls, bytes and memory.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -137,7 +141,7 @@ TEST_F(SystemFaults, LeaveNothingOpenAndNoWrongAnswer) {
     for (const int error : {EIO, EACCES, EMFILE, ENOENT}) {
       MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = error}, false);
     }
-    MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = EAGAIN}, !onwards);
+    MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = EAGAIN}, true);
     MeetEverywhere({.call = SystemCall::STAT, .onwards = onwards, .error = EIO}, false);
     MeetEverywhere({.call = SystemCall::FSTAT, .onwards = onwards, .error = EIO}, false);
     MeetEverywhere({.call = SystemCall::READ, .onwards = onwards, .error = EIO}, false);
@@ -157,6 +161,29 @@ TEST_F(SystemFaults, LetNoPipeBeRead) {
     EXPECT_EQ(Scan(file), 0) << file.name;
     EXPECT_EQ(calls.Count(SystemCall::READ), 0) << file.name;
     EXPECT_EQ(calls.openFiles, 0) << file.name;
+  }
+}
+
+// To open a pipe would wake the program that waits for somebody to read from it.
+TEST_F(SystemFaults, OpenNothingButRegularFiles) {
+  const auto at = [](const char* name) { return (folder->path() / name).string(); };
+  ASSERT_EQ(mkfifo(at("pipe").c_str(), 0600), 0);
+  const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  at("socket").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  close(listener);
+  fs::create_symlink("/dev/zero", at("device"));
+  fs::create_symlink("loop", at("loop"));
+  for (const char* name : {"pipe", "socket", "device", "loop", "", "missing"}) {
+    const auto path = posix_host::WidePath(at(name));
+    unsigned char png[] = "\x89PNG\r\n\x1A\n";
+    int id = 0x0322;
+    const WatchedCalls calls;
+    EXPECT_EQ(TypeScoutFile(path), 0) << name;
+    EXPECT_EQ(CheckFiltersFromIDList(path, &id, 1, 8, png, 0), 0x0322) << "the caller's bytes";
+    EXPECT_EQ(calls.Count(SystemCall::OPEN), 0) << name;
   }
 }
 

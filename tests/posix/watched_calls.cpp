@@ -77,7 +77,9 @@ WATCHED int open(const char* path, int flags, ...) {
   va_start(arguments, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  if (Watch(SystemCall::OPEN) == Outcome::FAILS) return -1;
+  // EAGAIN says that another process holds a lease on the file; who may wait is let in.
+  const bool fails = Watch(SystemCall::OPEN) == Outcome::FAILS;
+  if (fails && (errno != EAGAIN || (flags & O_NONBLOCK) != 0)) return -1;
   const int file = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
   if (watched != nullptr) {
     constexpr int KINDS = O_ACCMODE | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC | O_NOCTTY;

@@ -61,21 +61,6 @@ TEST(WindowsFile, IsNobodyElsesBusiness) {
   EXPECT_EQ(std::string(bytes, 10), "0123456789");
 }
 
-TEST(WindowsFile, ReadsBeyondFourGigabytes) {
-  const TempFolder folder;
-  constexpr std::uint64_t FOUR_GIGABYTES = std::uint64_t{1} << 32;
-  const fs::path path = folder.Write("large", "start");
-  fs::resize_file(path, FOUR_GIGABYTES + 3);
-  FileOwner file;
-  ASSERT_TRUE(file.Open(path.c_str()));
-  EXPECT_EQ(file->GetLength(), FOUR_GIGABYTES + 3);
-  char bytes[8] = "xxxxxxx";
-  EXPECT_TRUE(file.SeekTo(FOUR_GIGABYTES));
-  EXPECT_EQ(file->Read(bytes, 8), 3u);
-  EXPECT_EQ(std::string(bytes, 8), std::string("\0\0\0xxxx\0", 8));
-  EXPECT_FALSE(file.SeekTo(FOUR_GIGABYTES + 4));
-}
-
 constexpr int PNG = 0x0322;
 const std::string PNG_BYTES = "\x89PNG\r\n\x1A\n"s;
 

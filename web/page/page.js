@@ -95,9 +95,14 @@ addEventListener("dragleave", () => drop.classList.remove("over"));
 addEventListener("drop", async (event) => {
   event.preventDefault();
   drop.classList.remove("over");
-  const entries = Array.from(event.dataTransfer.items, (item) => item.webkitGetAsEntry?.());
-  for (const entry of entries) {
-    if (entry) await addEntry(entry).catch((error) => showFailure(error.message));
+  // Both must be asked for before the event ends. What has no entry is a file.
+  const items = Array.from(event.dataTransfer.items, (item) => ({
+    entry: item.webkitGetAsEntry?.(),
+    file: item.getAsFile(),
+  }));
+  add(items.flatMap(({ entry, file }) => (file && !entry?.isDirectory ? [{ file, path: file.name }] : [])));
+  for (const { entry } of items) {
+    if (entry?.isDirectory) await addEntry(entry).catch((error) => showFailure(error.message));
   }
 });
 
@@ -117,6 +122,10 @@ function scheduleDraw() {
 function select() {
   const text = element("filter").value.toLowerCase();
   const onlyWrong = element("mismatches").checked;
+  if (text === "" && !onlyWrong) {
+    shown = records;
+    return;
+  }
   shown = records.filter(
     (r) =>
       (!onlyWrong || r.expected) &&

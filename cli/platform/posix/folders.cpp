@@ -1,0 +1,173 @@
+#include "cli/platform/folders.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <sched.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "cli/platform/posix/descriptors.h"
+#include "cli/utf8.h"
+
+namespace typescout::cli::platform {
+namespace {
+
+int Descriptor(const Place& place) {
+  return place.folder == nullptr ? AT_FDCWD : static_cast<int>(place.folder->handle());
+}
+
+Kind KindOf(mode_t mode) {
+  if (S_ISREG(mode)) return Kind::FILE;
+  if (S_ISDIR(mode)) return Kind::FOLDER;
+  if (S_ISFIFO(mode)) return Kind::FIFO;
+  if (S_ISSOCK(mode)) return Kind::SOCKET;
+  if (S_ISCHR(mode)) return Kind::CHARACTER_DEVICE;
+  if (S_ISBLK(mode)) return Kind::BLOCK_DEVICE;
+  if (S_ISLNK(mode)) return Kind::LINK;
+  return Kind::OTHER;
+}
+
+Kind KindOfEntry(unsigned char type) {
+  return type == DT_UNKNOWN ? Kind::NOT_TOLD : KindOf(DTTOIF(static_cast<mode_t>(type)));
+}
+
+Status Failed(int error) {
+  Status status;
+  status.error = error;
+  return status;
+}
+
+// Gives this thread a current folder of its own and makes it `folder`; -1 when that is not allowed.
+// Otherwise the folder that it was in.
+int GoTo(int folder) {
+  if (unshare(CLONE_FS) != 0) return -1;
+  const int before = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
+  if (before < 0) return -1;
+  if (fchdir(folder) == 0) return before;
+  close(before);
+  return -1;
+}
+
+}  // namespace
+
+Folder::Folder(std::intptr_t handle, std::string path) : handle_(handle), path_(std::move(path)) {}
+
+Folder::~Folder() { close(static_cast<int>(handle_)); }
+
+Status StatusOf(const Place& place, bool followLink) {
+  constexpr std::int64_t NANOSECONDS = 1'000'000'000;
+  struct stat status = {};
+  const int flags = followLink ? 0 : AT_SYMLINK_NOFOLLOW;
+  if (fstatat(Descriptor(place), place.name.c_str(), &status, flags) != 0) return Failed(errno);
+  return {.error = 0,
+          .kind = KindOf(status.st_mode),
+          .device = status.st_dev,
+          .serial = status.st_ino,
+          .size = static_cast<std::uint64_t>(status.st_size),
+          .modified = status.st_mtim.tv_sec * NANOSECONDS + status.st_mtim.tv_nsec};
+}
+
+FolderPtr OpenFolder(const Place& place, bool followLink, int* error) {
+  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followLink ? 0 : O_NOFOLLOW);
+  const int folder = openat(Descriptor(place), place.name.c_str(), flags);
+  if (folder < 0) {
+    *error = errno;
+    return nullptr;
+  }
+  return std::make_shared<const Folder>(folder, std::string());
+}
+
+int ListFolder(const Folder& folder, Listing* listing) {
+  const int own =
+      openat(static_cast<int>(folder.handle()), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (own < 0) return errno;
+  DIR* stream = fdopendir(own);
+  if (stream == nullptr) {
+    const int error = errno;
+    close(own);
+    return error;
+  }
+  for (errno = 0; const dirent* entry = readdir(stream); errno = 0) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") listing->Add(name, KindOfEntry(entry->d_type));
+  }
+  const int error = errno;
+  closedir(stream);
+  listing->Sort();
+  return error;
+}
+
+Place ReachThroughFolder(const std::string& path, int* error) {
+  constexpr std::size_t STEP = PATH_MAX - 1;
+  FolderPtr folder;
+  const std::size_t nameAt = path.rfind('/') + 1;
+  std::string_view left = std::string_view(path).substr(0, nameAt);
+  while (!left.empty()) {
+    const std::size_t slash = left.size() <= STEP ? left.size() - 1 : left.rfind('/', STEP - 1);
+    if (slash == std::string_view::npos) {
+      *error = ENAMETOOLONG;
+      return {};
+    }
+    folder = OpenFolder({folder, std::string(left.substr(0, slash + 1))}, true, error);
+    if (folder == nullptr) return {};
+    left.remove_prefix(slash + 1);
+    left.remove_prefix(std::min(left.find_first_not_of('/'), left.size()));
+  }
+  return {folder, nameAt == path.size() ? "." : path.substr(nameAt)};
+}
+
+bool IsSeparator(char c) { return c == '/'; }
+
+bool IgnoresCase() { return false; }
+
+std::string JoinPath(const std::string& folder, std::string_view name) {
+  std::string path;
+  path.reserve(folder.size() + 1 + name.size());
+  path += folder;
+  if (!path.ends_with('/')) path += '/';
+  path += name;
+  return path;
+}
+
+Status TryToRead(const Place& place) {
+  Status status = StatusOf(place, true);
+  if (status.error != 0 || status.kind != Kind::FILE) return status;
+  const int file =
+      openat(Descriptor(place), place.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (file < 0) return Failed(errno);
+  char byte = 0;
+  const ssize_t count = read(file, &byte, 1);
+  if (count < 0) status = Failed(errno);
+  if (count == 0) status.size = 0;
+  if (count > 0) status.size = std::max<std::uint64_t>(status.size, 1);
+  close(file);
+  return status;
+}
+
+PathForLibrary::PathForLibrary(const Place& place) : path_(ToWide(place.name)) {
+  if (place.folder == nullptr) return;
+  const int folder = static_cast<int>(place.folder->handle());
+  path_ = ToWide(DescriptorPath(folder) + "/" + place.name);
+  if (path_.size() <= TYPESCOUT_PATH_LIMIT && HasDescriptorFolder()) return;
+  handle_ = GoTo(folder);
+  if (handle_ >= 0) {
+    isElsewhere_ = true;
+    path_ = ToWide(place.name);
+    return;
+  }
+  // The library sees no extension then, but the content.
+  handle_ = openat(folder, place.name.c_str(), O_PATH | O_CLOEXEC);
+  if (handle_ >= 0) path_ = ToWide(DescriptorPath(static_cast<int>(handle_)));
+}
+
+PathForLibrary::~PathForLibrary() {
+  if (handle_ < 0) return;
+  [[maybe_unused]] const int back = isElsewhere_ ? fchdir(static_cast<int>(handle_)) : 0;
+  close(static_cast<int>(handle_));
+}
+
+}  // namespace typescout::cli::platform

@@ -1,0 +1,67 @@
+#include "cli/platform/signals.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+
+#include "cli/platform/temporary_file.h"
+
+namespace typescout::cli::platform {
+namespace {
+
+constexpr std::array<int, 3> INTERRUPTS = {SIGINT, SIGTERM, SIGHUP};
+
+// The signal; 0 while there was none.
+std::atomic<int> interruptedBy = 0;
+static_assert(std::atomic<int>::is_always_lock_free);  // as a signal handler needs it
+
+void ChangeMask(int how) {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : INTERRUPTS) sigaddset(&set, signal);
+  pthread_sigmask(how, &set, nullptr);
+}
+
+[[noreturn]] void EndBySignal(int signal) {
+  RemoveTemporaryFile();
+  std::signal(signal, SIG_DFL);
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, signal);
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  raise(signal);
+  _exit(128 + signal);
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+  for (const int signal : INTERRUPTS) {
+    struct sigaction action = {};
+    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+    action.sa_handler = [](int number) { interruptedBy = number; };
+    // Without SA_RESTART, so that a write that waits for its reader ends.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    sigaction(signal, &action, nullptr);
+  }
+}
+
+bool IsInterrupted() { return interruptedBy != 0; }
+
+WithoutInterrupts::WithoutInterrupts() { ChangeMask(SIG_BLOCK); }
+WithoutInterrupts::~WithoutInterrupts() { ChangeMask(SIG_UNBLOCK); }
+
+void EndInterrupted() { EndBySignal(interruptedBy.load()); }
+
+void EndClosedPipe() { EndBySignal(SIGPIPE); }
+
+void EndNow(int status) {
+  RemoveTemporaryFile();
+  _exit(status);
+}
+
+}  // namespace typescout::cli::platform
