@@ -33,13 +33,14 @@ std::string RandomBytes() {
   return bytes;
 }
 
-// `unit` over and over, behind `start`.
-std::string Repeated(std::string start, const std::string& unit) {
-  while (start.size() + unit.size() <= HEAD_CAPACITY) start += unit;
-  return start;
+// `unit` over and over, between `start` and `end`.
+std::string Repeated(std::string start, const std::string& unit, const std::string& end = "") {
+  while (start.size() + unit.size() + end.size() <= HEAD_CAPACITY) start += unit;
+  return start + end;
 }
 
-// Heads that make a careless search or walk slow.
+// Heads that make a careless search or walk slow. The last five are the worst that tools/slow_heads
+// found.
 std::vector<NamedHead> WorstHeads() {
   return {
       {"zeros", Repeated("", std::string(1, '\0'))},
@@ -58,6 +59,17 @@ std::vector<NamedHead> WorstHeads() {
       {"JPEG markers", Repeated("", "\xFF\xD8")},
       {"GIF comments",
        Repeated(std::string("GIF89a\0\0\0\0\0\0\0", 13), std::string("!\xFE\0", 3))},
+      {"PostScript, marks that do not count",
+       Repeated("%!PS-Adobe EPSF\n", "\nA%%BoundingBox:Adobe Illustrator7.0",
+                "%%Creator:%%EndSetup")},
+      {"PostScript, marks cut short",
+       Repeated("%!PS-Adobe EPSF\n%%BoundingBox:\n",
+                "Adobe_Illustrato%%BoundingBoxAdobe IllustratoA&L%%Creator%%EndSetu",
+                "%%Creator:7.0")},
+      {"PostScript, marks behind zeros",
+       Repeated("%!PS EPSF\n%%BoundingBox:\n", std::string("\0A&L\n", 5), "%%Creator:7.0")},
+      {"guillemets, commands alone", Repeated("", "\xAE\xAETS")},
+      {"CGM elements", Repeated(std::string("\0 ", 2), std::string("` \0@", 4))},
   };
 }
 

@@ -153,7 +153,7 @@ class ByteView {
       for (const std::uint8_t one : possible) any |= one;
       if (any == 0) return BLOCK;
     }
-    return std::find(possible.begin(), possible.end(), 1) - possible.begin();
+    return ByteView(possible.data(), BLOCK).Find(1);
   }
 
   const unsigned char* bytes_ = nullptr;

@@ -37,7 +37,7 @@ bool IsEps(ByteView head) {
 std::int32_t DetectEps(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (probe->head == nullptr || !IsEps(head)) return 0;
-  return !(IsCreatorVersionAtMost8(head) && DetectIllustrator(probe) != 0);
+  return !IsIllustratorUpToVersion8(probe);
 }
 
 // Documents of Illustrator are left to its filter.

@@ -40,6 +40,26 @@ bool HasVersionAtMost8(std::string_view text) {
   return whole.size() == 1 && whole < "8";
 }
 
+// Whether the first creator comment, before the end of the setup section, has such a version.
+bool IsCreatorVersionAtMost8(std::string_view text) {
+  MarkSearch creator(text, "%%Creator:");
+  if (creator.IsAbsent()) return false;
+  MarkSearch endSetup(text, END_SETUP);
+  TextLineReader lines(text, LINE_CAPACITY);
+  std::string_view line;
+  while (lines.ReadTextLine(&line)) {
+    if (creator.IsIn(line)) {
+      std::string_view next;
+      if (lines.ReadTextLine(&next) && Contains(next, "%%AI8_CreatorVersion:")) line = next;
+      return HasVersionAtMost8(line);
+    }
+    if (endSetup.IsIn(line)) return false;
+    const std::size_t position = lines.Position();
+    lines.SkipLinesBefore(std::min(creator.NextFrom(position), endSetup.NextFrom(position)));
+  }
+  return false;
+}
+
 // Whether a PJL job switches the printer to PostScript and an Adobe PostScript program follows.
 // Reads the next line after each step that holds; `*line` becomes the last line read.
 bool IsPjlAroundAdobePostScript(TextLineReader* lines, std::string_view* line) {
@@ -48,18 +68,6 @@ bool IsPjlAroundAdobePostScript(TextLineReader* lines, std::string_view* line) {
   if (!Contains(*line, "@PJL ENTER LANGUAGE=POSTSCRIPT")) return false;
   lines->ReadTextLine(line);
   return Contains(*line, "EPSF") || Contains(*line, "%!PS-Adobe");
-}
-
-// Whether the first line rules out a document for the Illustrator filter.
-bool IsRefusedByFirstLine(const ProbeContext* probe, TextLineReader* lines,
-                          std::string_view* line) {
-  // A DOS EPS file is such a document only for a caller that means to use that filter.
-  if (line->starts_with(DOS_EPS_MAGIC) && probe->file != nullptr &&
-      RequestedFilter(probe) != ILLUSTRATOR) {
-    return true;
-  }
-  if (Contains(*line, "EPSF") && !IsCreatorVersionAtMost8(Head(probe))) return true;
-  return IsPjlAroundAdobePostScript(lines, line);
 }
 
 // The line before its first ':' that follows another character.
@@ -119,36 +127,35 @@ bool HasMarkAndBox(std::string_view text, TextLineReader* lines, std::string_vie
   return false;
 }
 
-}  // namespace
+// What is known of the creator's version before the file is examined.
+enum class Version { UNKNOWN, AT_MOST_8 };
 
-bool IsCreatorVersionAtMost8(ByteView head) {
-  const std::string_view text = head.Text();
-  MarkSearch creator(text, "%%Creator:");
-  if (creator.IsAbsent()) return false;
-  MarkSearch endSetup(text, END_SETUP);
-  TextLineReader lines(text, LINE_CAPACITY);
-  std::string_view line;
-  while (lines.ReadTextLine(&line)) {
-    if (creator.IsIn(line)) {
-      std::string_view next;
-      if (lines.ReadTextLine(&next) && Contains(next, "%%AI8_CreatorVersion:")) line = next;
-      return HasVersionAtMost8(line);
-    }
-    if (endSetup.IsIn(line)) return false;
-    const std::size_t position = lines.Position();
-    lines.SkipLinesBefore(std::min(creator.NextFrom(position), endSetup.NextFrom(position)));
-  }
-  return false;
-}
-
-std::int32_t DetectIllustrator(const ProbeContext* probe) {
+bool IsIllustrator(const ProbeContext* probe, Version version) {
   const std::string_view text = Head(probe).Text();
   TextLineReader lines(text, LINE_CAPACITY);
   std::string_view line;
-  if (!lines.ReadTextLine(&line)) return 0;
-  if (DetectIllustratorPdf(probe) != 0) return 0;
-  if (IsRefusedByFirstLine(probe, &lines, &line)) return 0;
+  if (!lines.ReadTextLine(&line)) return false;
+  if (DetectIllustratorPdf(probe) != 0) return false;
+  // A DOS EPS file is such a document only for a caller that means to use that filter.
+  if (line.starts_with(DOS_EPS_MAGIC) && probe->file != nullptr &&
+      RequestedFilter(probe) != ILLUSTRATOR) {
+    return false;
+  }
+  if (Contains(line, "EPSF") && version == Version::UNKNOWN && !IsCreatorVersionAtMost8(text)) {
+    return false;
+  }
+  if (IsPjlAroundAdobePostScript(&lines, &line)) return false;
   return HasMarkAndBox(text, &lines, line);
+}
+
+}  // namespace
+
+bool IsIllustratorUpToVersion8(const ProbeContext* probe) {
+  return IsCreatorVersionAtMost8(Head(probe).Text()) && IsIllustrator(probe, Version::AT_MOST_8);
+}
+
+std::int32_t DetectIllustrator(const ProbeContext* probe) {
+  return IsIllustrator(probe, Version::UNKNOWN);
 }
 
 }  // namespace typescout

@@ -9,10 +9,10 @@ namespace typescout {
 // The filter of Illustrator documents that are PostScript.
 inline constexpr FilterId ILLUSTRATOR = 0x0503;
 
-// Whether the comments of the PostScript text `head` name a creator (not necessarily Illustrator)
+// Whether the file is such a document and its comments name a creator (not necessarily Illustrator)
 // whose version lies above 0 and is at most 8.0. The version is the first number with a point in
 // the first creator comment, or in the version comment right behind it.
-bool IsCreatorVersionAtMost8(ByteView head);
+bool IsIllustratorUpToVersion8(const ProbeContext* probe);
 
 }  // namespace typescout
 

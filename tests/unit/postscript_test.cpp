@@ -49,11 +49,11 @@ TEST(TextLines, SkippingFindsTheLinesThatReadingFinds) {
   }
 }
 
-// The version has an answer of its own also where no row asks for it.
 TEST(CreatorVersion, IsReadFromTheFirstCreatorComment) {
-  const auto isAtMost8 = [](const std::string& text) {
-    return IsCreatorVersionAtMost8({reinterpret_cast<const unsigned char*>(text.data()),
-                                    static_cast<ByteView::Position>(text.size())});
+  const auto isAtMost8 = [](const std::string& comments) {
+    const std::string text = comments + "\nA&L\n%%BoundingBox:";
+    const ProbeContext probe = ProbeOf(text);
+    return IsIllustratorUpToVersion8(&probe);
   };
   EXPECT_TRUE(isAtMost8("%%Creator: 8.0"));
   EXPECT_TRUE(isAtMost8(Fill(149, 'x') + "%%Creator:\n%%AI8_CreatorVersion: 8.0"));
