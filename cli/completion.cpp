@@ -39,9 +39,8 @@ std::string Bash() {
     if (row.group.empty()) continue;
     words += (words.empty() ? "" : " ") + Names(row, " ");
     if (row.takes == Takes::NOTHING) continue;
-    cases +=
-        "    " + (IsOptional(row) ? "=" + Long(row) : Names(row, "|=") + "|" + Names(row, "|"));
-    cases += ")\n";
+    // An option with "=" in front is one that has its value behind "=".
+    cases += "    =" + Names(row, "|=") + (IsOptional(row) ? "" : "|" + Names(row, "|")) + ")\n";
     if (row.takes != Takes::FILE) {
       cases += "      compopt +o default\n";
       if (IsList(row)) {
@@ -126,16 +125,24 @@ std::string Fish() {
   std::string script;
   for (const OptionRow& row : OptionTable()) {
     if (row.group.empty()) continue;
-    script += "complete -c typescout";
-    if (row.shortName != 0) script += std::string(" -s ") + row.shortName;
-    script += " -l " + std::string(row.longName);
-    if (row.takes != Takes::NOTHING) script += row.takes == Takes::FILE ? " -r -F" : " -x";
-    if (const std::string choices = Choices(row); IsList(row)) {
-      script += " -a '(__fish_complete_list , \"string split \\\" \\\" \\\"" + choices + "\\\"\")'";
-    } else if (!choices.empty()) {
-      script += " -a '" + choices + "'";
+    const std::string choices = Choices(row);
+    const std::string start = "complete -c typescout ";
+    script += start;
+    if (row.shortName != 0) script += std::string("-s ") + row.shortName + " ";
+    script += "-l " + std::string(row.longName) + " -d '" + Escape(row.help, "") + "'";
+    if (IsOptional(row)) {
+      script += "\n" + start + "-n 'string match -q -- \"" + Long(row) +
+                "=*\" (commandline -ct)' -f -a '" + Long(row) + "=(string split \" \" \"" +
+                choices + "\")'";
+    } else if (IsList(row)) {
+      script +=
+          " -x -a '(__fish_complete_list , \"string split \\\" \\\" \\\"" + choices + "\\\"\")'";
+    } else if (row.takes == Takes::FILE) {
+      script += " -r -F";
+    } else if (row.takes != Takes::NOTHING) {
+      script += " -x -a '" + choices + "'";
     }
-    script += " -d '" + Escape(row.help, "") + "'\n";
+    script += "\n";
   }
   return script;
 }

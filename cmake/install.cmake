@@ -64,3 +64,18 @@ if(TYPESCOUT_CLI)
     add_custom_target(typescout_completions ALL DEPENDS ${scripts})
   endif()
 endif()
+
+# The modules lie where the library looks for them: beside it, and in the folder of filters there.
+set(modules_documents ${CMAKE_INSTALL_DATADIR}/doc/typescout-modules)
+if(TYPESCOUT_CAMERA_RAW)
+  install(TARGETS typescout_camera_raw
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT typescout-modules)
+  install(FILES modules/camera_raw/README.md RENAME DCRaw.md
+    DESTINATION ${modules_documents} COMPONENT typescout-modules)
+endif()
+if(TYPESCOUT_PDF_IMPORT)
+  install(TARGETS typescout_pdf_import
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/filters COMPONENT typescout-modules)
+  install(FILES modules/pdf_import/README.md RENAME TvnPDFImport.md
+    DESTINATION ${modules_documents} COMPONENT typescout-modules)
+endif()

@@ -65,6 +65,15 @@ if(TYPESCOUT_CLI)
       "looks at the content and tells when a file's name does not fit it.")
 endif()
 
+if(TYPESCOUT_CAMERA_RAW OR TYPESCOUT_PDF_IMPORT)
+  debian_package(typescout-modules SECTION libs DEPENDS ${library}
+    SUMMARY "library that names a file's format (raw pictures, Illustrator's PDF)"
+    DESCRIPTION
+      "With these modules libtypescout knows the raw pictures of digital cameras"
+      "and tells PDF files with the data of an Illustrator document from others."
+      "It asks them by itself once they are installed.")
+endif()
+
 if(TYPESCOUT_PYTHON)
   debian_package(python3-typescout SECTION python DEPENDS ${library}
     SUMMARY "names the formats of files (Python 3)"

@@ -10,7 +10,6 @@
 TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
   // secure_getenv: in a setuid program, whoever started it must not choose what it loads.
   if (const char* set = secure_getenv("TVN_FILTERS_DIR"); set != nullptr && *set != '\0') {
-    if (*set != '/') return {};
     return posix_host::WidePath(set);
   }
   const std::string& folder = posix_host::ModuleFolder();

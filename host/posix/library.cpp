@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <pthread.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <climits>
@@ -15,6 +17,31 @@
 #include "host/posix/wide_path.h"
 
 namespace {
+
+// One thread at a time is in the loader for us, and fork() waits for it. Otherwise the new process
+// could get the loader in the middle of its work, where each further use of it fails or waits for
+// ever. Recursive, since a module's initialisation may call fork() or this library.
+class LoaderLock {
+ public:
+  LoaderLock() { Lock(); }
+  LoaderLock(const LoaderLock&) = delete;
+  LoaderLock& operator=(const LoaderLock&) = delete;
+  ~LoaderLock() { Unlock(); }
+
+  // Has fork() wait. It does without when memory runs out.
+  static int Register() { return pthread_atfork(Lock, Unlock, Renew); }
+
+ private:
+  static void Lock() { pthread_mutex_lock(&mutex); }
+  static void Unlock() { pthread_mutex_unlock(&mutex); }
+  // In the new process the thread has another number than the one that holds the mutex.
+  static void Renew() { mutex = UNLOCKED; }
+
+  static constexpr pthread_mutex_t UNLOCKED = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
+  static inline pthread_mutex_t mutex = UNLOCKED;
+};
+
+[[maybe_unused]] const int REGISTERED = LoaderLock::Register();
 
 // The place of a module in the file system, on the stack: usually no module is there, and a scan
 // should not take memory to find that out.
@@ -47,13 +74,18 @@ class ModulePath {
   std::array<char, PATH_MAX> bytes_;
 };
 
+bool IsRegularFile(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISREG(status.st_mode);
+}
+
 // Whether the process has loaded the module by this path already, as programs do that ask about
-// many files. What the file is now makes no difference then.
+// many files. It need not be checked again then.
 bool IsHeld(const char* path) {
   const auto hasPath = [](dl_phdr_info* module, std::size_t /*size*/, void* sought) {
     return std::strcmp(module->dlpi_name, static_cast<const char*>(sought)) == 0 ? 1 : 0;
   };
-  return *path != '\0' && dl_iterate_phdr(hasPath, const_cast<char*>(path)) != 0;
+  return dl_iterate_phdr(hasPath, const_cast<char*>(path)) != 0;
 }
 
 // Keeps a loaded module in memory until the process ends. False when memory runs out.
@@ -70,13 +102,20 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
     : name_(name.View()) {}
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
-  if (IsLoaded() && Pin(loaded_)) Unload();  // else the reference keeps it in memory
+  if (!IsLoaded()) return;
+  const LoaderLock lock;
+  if (Pin(loaded_)) Unload();  // else the reference keeps it in memory
 }
 
 bool TvnUtils::TvnLibrary::Load() {
   if (IsLoaded()) return true;
   constexpr int FLAGS = RTLD_NOW | RTLD_LOCAL;
   const ModulePath path(name_);
+  // Usually there is no such module. Then nothing may be asked of the loader: its lock would hold
+  // up other threads, and a process that fork() made while another thread held it would wait for
+  // ever.
+  if (!IsRegularFile(path.get())) return false;
+  const LoaderLock lock;
   if (IsHeld(path.get())) loaded_ = dlopen(path.get(), FLAGS | RTLD_NOLOAD);
   if (IsLoaded()) return true;
   try {
@@ -92,11 +131,14 @@ bool TvnUtils::TvnLibrary::Load() {
 bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
-  return IsLoaded() ? dlsym(loaded_, name) : nullptr;
+  if (!IsLoaded()) return nullptr;
+  const LoaderLock lock;
+  return dlsym(loaded_, name);
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
   if (!IsLoaded()) return false;
+  const LoaderLock lock;
   dlclose(loaded_);
   loaded_ = nullptr;
   return true;

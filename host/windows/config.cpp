@@ -11,8 +11,6 @@ TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
     if (folder.empty()) {
       folder = windows_host::ModuleFolder();
       if (!folder.empty()) folder += L"filters";
-    } else if (!windows_host::IsAbsolutePath(folder)) {
-      return {};
     }
     return TvnPlatform::TvnStringT<wchar_t>(std::wstring_view(folder));
   } catch (const std::bad_alloc&) {

@@ -67,6 +67,8 @@ constexpr auto ROWS = std::to_array<Row>({
 
 Beginning IdentifyBeginning(std::string_view head) {
   for (const Row& row : ROWS) {
+    // Mostly the first byte is another, and this is asked for every file.
+    if (head[row.offset] != row.bytes.front()) continue;
     if (head.substr(row.offset, row.bytes.size()) == row.bytes) return row.beginning;
   }
   return Beginning::OTHER;

@@ -13,7 +13,7 @@ namespace pdf_import {
 namespace {
 
 // How many pages are looked at. Illustrator itself opens a document by its first page.
-constexpr int PAGE_LIMIT = 16;
+constexpr int PAGE_LIMIT = 4;
 // Pages and the nodes above them.
 constexpr int NODE_LIMIT = 4 * PAGE_LIMIT;
 

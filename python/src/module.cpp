@@ -7,9 +7,11 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "catalogue/content.h"
 #include "catalogue/filters.h"
 #include "python/src/ask.h"
 #include "python/src/pool.h"
@@ -161,7 +163,11 @@ py::list Filters() {
 
 PYBIND11_MODULE(_native, module) {
   module.attr("VERSION") = TYPESCOUT_VERSION_STRING;
+  module.attr("HEAD_SIZE") = catalogue::HEAD_SIZE;
   module.def("filters", Filters);
+  module.def("reads_beyond_head", [](const py::bytes& head) {
+    return catalogue::IsReadBeyondHead(std::string_view(head));
+  });
   py::class_<Question>(module, "Question").def(py::init([](std::vector<int> rows, int requested) {
     return Question{std::move(rows), requested};
   }));

@@ -28,14 +28,19 @@ __all__ = [
     "Answer",
     "Filter",
     "FilterId",
+    "HEAD_SIZE",
     "accepts",
     "filters",
     "identify",
     "identify_bytes",
     "identify_many",
+    "reads_beyond_head",
 ]
 
 __version__: str = _native.VERSION
+
+#: The bytes at the start of a file that every filter may look at.
+HEAD_SIZE: int = _native.HEAD_SIZE
 
 PathLike = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 # Labels, identifiers or families.
@@ -282,6 +287,19 @@ def accepts(path: PathLike, filter: int | str | Filter) -> bool:  # pylint: disa
         answer = identify(path)
         return answer is not None and answer.id == wanted.id
     return identify(path, among=(wanted.id,)) is not None
+
+
+def reads_beyond_head(head: bytes | bytearray | memoryview) -> bool:
+    """Whether a filter may look beyond the first ``HEAD_SIZE`` bytes of content that begins so.
+
+    Where it is False, the head alone has the answer of the whole.
+
+    >>> reads_beyond_head(b"\\xd0\\xcf\\x11\\xe0\\xa1\\xb1\\x1a\\xe1")
+    True
+    >>> reads_beyond_head(b"\\x89PNG")
+    False
+    """
+    return _native.reads_beyond_head(bytes(head[:16]))
 
 
 def filters() -> tuple[Filter, ...]:

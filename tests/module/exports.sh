@@ -38,6 +38,8 @@ getcwd
 geteuid
 open
 pread
+pthread_mutex_lock
+pthread_mutex_unlock
 readlink
 realpath
 secure_getenv

