@@ -101,8 +101,8 @@ def rows(detectors):
         if kind == "row" and of[head] >= SHOWN_FROM:
             slowest[name] = (of[head], head, of.get("typical"))
     lines += ["", "## Rows that take time", "",
-              f"The rows that take {SHOWN_FROM / 1000:.1f} µs or more for one of these heads, in microseconds, and what "
-              "they take for the first file that they accept in the tests. All others take less for each.", "",
+              f"The rows that take {SHOWN_FROM / 1000:.1f} µs or more for one of these heads, in microseconds, and "
+              "what they take for the first file that they accept in the tests. All others take less for each.", "",
               "| row | slowest | for | accepted file |", "| --- | ---: | --- | ---: |"]
     for name, (time, head, typical) in sorted(slowest.items(), key=lambda item: -item[1][0]):
         shown = "" if typical is None else f"{typical / 1000:.3f}"

@@ -4,6 +4,8 @@ add_library(typescout_host_native STATIC
   host/windows/file.cpp
   host/windows/guarded_call.cpp
   host/windows/library.cpp
+  host/windows/quiet_errors.cpp
+  host/windows/structured_storage.cpp
   host/windows/system.cpp
   host/windows/upper_extension.cpp
 )

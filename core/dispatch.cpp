@@ -7,8 +7,8 @@ namespace {
 
 ProbeContext MakeProbe(FileContext* context) {
   ProbedFile& probed = context->probed;
-  return {.head = probed.head(),
-          .headLength = probed.headLength(),
+  return {.head = probed.HeadBytes(),
+          .headLength = probed.HeadLength(),
           .path = context->path,
           .classId = {},
           .storage = probed.Document(context->path, ProbedFile::WhenLocked::SHARE),

@@ -94,14 +94,14 @@ bool FileReader::Open() {
 }
 
 std::uint64_t FileReader::Length() {
-  if (known_ != nullptr && state_ == NOT_TRIED) return known_->length();
+  if (known_ != nullptr && state_ == NOT_TRIED) return known_->Length();
   return Open() ? file_->GetLength() : 0;
 }
 
 bool FileReader::SeekTo(std::uint64_t offset) {
   position_ = offset;
-  if (known_ != nullptr && (known_->Holds(offset, 1) || offset > known_->length())) {
-    return offset <= known_->length();
+  if (known_ != nullptr && (known_->Holds(offset, 1) || offset > known_->Length())) {
+    return offset <= known_->Length();
   }
   if (!Open()) return false;
   filePosition_ = offset;

@@ -31,15 +31,15 @@ class ProbedFile {
   bool UseCallerBytes(const unsigned char* bytes, std::int32_t length);
 
   // Where the head lies; null before one of the two above has succeeded.
-  const unsigned char* head() const { return head_.get(); }
+  const unsigned char* HeadBytes() const { return head_.get(); }
   // In bytes. Nothing may be read at or beyond it but through a ByteView: that memory may not exist
   // and is not cleared.
-  std::int32_t headLength() const { return headLength_; }
+  std::int32_t HeadLength() const { return headLength_; }
 
   // Whether the head came from the file. The two below are good for nothing else.
   bool IsRead() const { return isRead_; }
   // In bytes, as the file said when its head was read.
-  std::uint64_t length() const { return length_; }
+  std::uint64_t Length() const { return length_; }
   // Whether First() and the like need no further read: the head holds all of the `count` bytes at
   // `offset`, or all that the file has.
   bool Holds(std::uint64_t offset, std::uint64_t count) const;

@@ -1,11 +1,12 @@
-// Fuzz target: arbitrary bytes as a compound document; its class and the streams that rows look
-// for, each read to its end.
+// Fuzz target: arbitrary bytes as a compound document: the check of its structure, its class, and
+// the streams that rows look for, each read to its end.
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "host/compound/check.h"
 #include "host/compound/reader.h"
 #include "host/owners.h"
 #include "tests/support/memory_source.h"
@@ -32,10 +33,12 @@ void ReadToItsEnd(IStream* stream, std::size_t fileSize) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using typescout::tests::MemorySource;
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  const bool isSound = compound::IsSound(std::make_unique<MemorySource>(bytes));
   typescout::InterfaceOwner<IStorage> storage;
-  auto source = std::make_unique<typescout::tests::MemorySource>(
-      std::string(reinterpret_cast<const char*>(data), size));
-  compound::Open(std::move(source), storage.Receive());
+  compound::Open(std::make_unique<MemorySource>(bytes), storage.Receive());
+  if (isSound && !storage) std::abort();
   if (!storage) return 0;
   CLSID classId;
   compound::ReadClass(storage.get(), &classId);

@@ -1,9 +1,10 @@
 // Compound documents: the few calls of the system's structured storage that are made here.
 //
-// On Windows these are the system's own (ole32): the names, the types' sizes and the order of the
-// virtual functions are its binary interface, and nothing but the linker binds them. Elsewhere the
-// host layer defines them over its own reader (host/compound). One declaration serves both, so that
-// no other code includes a platform header.
+// On Windows the types are the system's own (ole32): their sizes and the order of the virtual
+// functions are its binary interface. Two of the functions are the system's too and bound by the
+// linker; the other two the host layer defines, and they call the system's function of the same
+// name. Elsewhere the host layer defines all of them over its own reader (host/compound). One
+// declaration serves both, so that no other code includes a platform header.
 // Public source of the interfaces: the structured storage reference of the Windows SDK.
 #ifndef TYPESCOUT_HOST_STRUCTURED_STORAGE_H
 #define TYPESCOUT_HOST_STRUCTURED_STORAGE_H
@@ -75,16 +76,17 @@ struct IStorage : IUnknown {
   ~IStorage() = default;
 };
 
-extern "C" {
-
 // S_OK when the file is a compound document, S_FALSE when it is not, a failure when it cannot be
 // told.
 HRESULT StgIsStorageFile(const wchar_t* path);
 
 // Opens a compound document for reading; `priority` and `exclusions` null, `reserved` 0. On failure
-// `*storage` is null. The caller releases the storage.
+// `*storage` is null. The caller releases the storage. A document whose structure could keep the
+// system's reader from coming to an end is refused: STG_E_INVALIDHEADER.
 HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mode,
                        wchar_t** exclusions, std::uint32_t reserved, IStorage** storage);
+
+extern "C" {
 
 // The class identifier of the storage.
 HRESULT ReadClassStg(IStorage* storage, CLSID* classId);

@@ -1,12 +1,12 @@
 #include "cli/ask/examiner.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <new>
 #include <numeric>
 #include <string>
 
+#include "catalogue/content.h"
 #include "cli/ask/filters.h"
 #include "cli/platform/streams.h"
 #include "cli/platform/system.h"
@@ -18,29 +18,7 @@ namespace {
 using platform::Kind;
 using platform::Place;
 
-constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
-
-// How the formats begin of which the library, or one of the suite's modules, reads more than that:
-// GIF, compound documents (two versions), TIFF and the camera raw formats, PDF.
-constexpr auto LONG_FORMATS = std::to_array<std::string_view>({
-    "GIF8",
-    "\xD0\xCF\x11\xE0",
-    "\x0E\x11\xFC\x0D",
-    "II",
-    "MM",
-    "%PDF-",
-    "FUJIFILM",
-    "FOVb",
-    {"\0MRM", 4},
-    {"\0\0\0\x18"
-     "ftyp",
-     8},
-});
-
-bool IsReadFurther(std::string_view head) {
-  return std::ranges::any_of(LONG_FORMATS,
-                             [head](std::string_view start) { return head.starts_with(start); });
-}
+using catalogue::HEAD_SIZE;
 
 void Fail(State state, std::string reason, Record* record) {
   record->state = state;
@@ -54,7 +32,7 @@ int CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t
   std::string head;
   std::uint64_t total = 0;
   int error = 0;
-  while (head.size() < HEAD_SIZE || IsReadFurther(head)) {
+  while (head.size() < HEAD_SIZE || catalogue::IsReadBeyondHead(head)) {
     const std::size_t wanted = head.size() < HEAD_SIZE ? HEAD_SIZE - head.size() : HEAD_SIZE;
     const std::size_t count =
         platform::ReadSome(platform::StandardInput(), piece.data(), wanted, &error);

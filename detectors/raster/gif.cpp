@@ -37,7 +37,7 @@ class FileBytes {
   }
 
  private:
-  static constexpr std::uint64_t WINDOW_SIZE = 64 * 1024;
+  static constexpr std::uint64_t WINDOW_SIZE = 65'536;
   static constexpr Position END = std::numeric_limits<Position>::max();
 
   void MoveWindow(Position to) {

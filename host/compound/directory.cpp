@@ -62,43 +62,37 @@ bool Directory::Read(std::uint32_t number, Entry* entry) {
   return chain_.ReadAt(at, entry->data(), Entry::SIZE) == Entry::SIZE;
 }
 
-void Directory::Load() {
-  if (hasLoaded_) return;
+Links Directory::ReadLinks(std::size_t most, std::uint32_t (*value)(const Entry&, int version)) {
   const std::uint64_t length = chain_.Length(PIECE_SIZE / sectors_->SectorSize());
   std::vector<std::uint8_t> piece(static_cast<std::size_t>(length) * sectors_->SectorSize());
-  nodes_.clear();
+  Links links;
   std::size_t got = piece.size();
-  while (got == piece.size() && nodes_.size() < MOST_ENTRIES &&
-         sectors_->JumpsLeft() >= FileSectors::MOST_JUMPS / 2) {
-    got = chain_.ReadAt(nodes_.size() * Entry::SIZE, piece.data(), piece.size());
+  while (got == piece.size() && links.size() < most &&
+         sectors_->JumpsLeft() >= sectors_->MostJumps() / 2) {
+    got = chain_.ReadAt(links.size() * Entry::SIZE, piece.data(), piece.size());
     for (std::size_t at = 0; at + Entry::SIZE <= got; at += Entry::SIZE) {
       Entry entry;
       std::copy_n(&piece[at], Entry::SIZE, entry.data());
-      nodes_.push_back({entry.Left(), entry.Right(), entry.NameHash()});
+      links.Add(entry, value(entry, sectors_->Version()));
     }
   }
-  hasLoaded_ = true;
+  return links;
 }
 
 std::optional<Entry> Directory::FindStream(std::wstring_view name) {
-  Load();
-  const std::uint32_t hash = NameHash(name);
-  std::vector<std::uint32_t> pending = {child_};
-  NumberSet seen(nodes_.size());
-  while (!pending.empty()) {
-    const std::uint32_t number = pending.back();
-    pending.pop_back();
-    if (!seen.Insert(number)) continue;
-    const Node& node = nodes_[number];
-    Entry entry;
-    if (node.nameHash == hash && sectors_->MayJump() && Read(number, &entry) && entry.IsStream() &&
-        entry.IsCalled(name)) {
-      return entry;
-    }
-    pending.push_back(node.right);
-    pending.push_back(node.left);
+  if (!hashes_) {
+    hashes_ = ReadLinks(MOST_ENTRIES, [](const Entry& entry, int) { return entry.NameHash(); });
   }
-  return std::nullopt;
+  const std::uint32_t wanted = NameHash(name);
+  std::optional<Entry> found;
+  hashes_->Walk(child_, [&](std::uint32_t number, std::uint32_t nameHash) {
+    Entry entry;
+    const bool isIt = nameHash == wanted && sectors_->MayJump() && Read(number, &entry) &&
+                      entry.IsStream() && entry.IsCalled(name);
+    if (isIt) found = entry;
+    return isIt;
+  });
+  return found;
 }
 
 }  // namespace compound

@@ -42,11 +42,53 @@ class Entry {
 
 std::uint32_t NameHash(std::wstring_view name);
 
+// The links of the directory's entries, and a number about each, kept so that the tree can be
+// walked without reading the entries again.
+class Links {
+ public:
+  void Add(const Entry& entry, std::uint32_t value) {
+    links_.push_back({entry.Left(), entry.Right(), value});
+  }
+  std::size_t size() const { return links_.size(); }
+
+  // Calls `visit(number, value)` once for each entry that `first` leads to, siblings and their
+  // siblings, until it returns true or there are no more. False when a link leads to an entry that
+  // does not exist or that another link has led to.
+  template <typename Visit>
+  bool Walk(std::uint32_t first, const Visit& visit) const {
+    constexpr std::uint32_t LAST_ENTRY = 0xFFFFFFFA;  // greater numbers stand for no entry
+    bool isTree = true;
+    std::vector<std::uint32_t> pending = {first};
+    NumberSet seen(links_.size());
+    while (!pending.empty()) {
+      const std::uint32_t number = pending.back();
+      pending.pop_back();
+      if (number > LAST_ENTRY) continue;
+      if (!seen.Insert(number)) {
+        isTree = false;
+        continue;
+      }
+      if (visit(number, links_[number].value)) break;
+      pending.push_back(links_[number].right);
+      pending.push_back(links_[number].left);
+    }
+    return isTree;
+  }
+
+ private:
+  struct Link {
+    std::uint32_t left, right;
+    std::uint32_t value;
+  };
+  std::vector<Link> links_;
+};
+
 // Everything here may throw std::bad_alloc and nothing else.
 class Directory {
  public:
-  // More entries are not looked at. Neither are those behind the place where half of what the
-  // document may cost is spent, so that something is left for the streams.
+  // Of a larger directory only the first entries are searched. Neither are those searched that lie
+  // behind the place where half of what the document may cost is spent: something must be left for
+  // the streams.
   static constexpr std::size_t MOST_ENTRIES = std::size_t{1} << 15;
 
   // `sectors` must outlive the directory.
@@ -59,22 +101,17 @@ class Directory {
   // The stream of this name directly below the root. The entries there form a tree by their order;
   // all of it is searched, since not every writer keeps the order. [MS-CFB] 2.6.4.
   std::optional<Entry> FindStream(std::wstring_view name);
+  // Reads the first entries, `most` or a few more, in large pieces. `value` tells what is kept of
+  // each beside its links.
+  Links ReadLinks(std::size_t most, std::uint32_t (*value)(const Entry&, int version));
 
  private:
-  // What is kept of an entry, to search the tree without reading it again.
-  struct Node {
-    std::uint32_t left, right;
-    std::uint32_t nameHash;
-  };
-
   bool Read(std::uint32_t number, Entry* entry);
-  void Load();
 
   FileSectors* sectors_;
   Chain chain_;
-  std::uint32_t child_ = 0;  // of the root
-  bool hasLoaded_ = false;
-  std::vector<Node> nodes_;
+  std::uint32_t child_ = 0;      // of the root
+  std::optional<Links> hashes_;  // of the names
 };
 
 }  // namespace compound

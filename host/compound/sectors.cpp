@@ -91,7 +91,8 @@ bool FileSectors::ReadHeader() {
   sectorCount_ = std::clamp<std::uint64_t>(sectors, 1, std::uint64_t{LAST_SECTOR} + 2) - 1;
   firstDirectorySector_ = U32(&header[48]);
   firstMiniTableSector_ = U32(&header[60]);
-  nextDifatSector_ = U32(&header[68]);
+  firstDifatSector_ = nextDifatSector_ = U32(&header[68]);
+  difatSectorCount_ = U32(&header[72]);
   for (std::size_t i = 0; i < DIFAT_IN_HEADER; ++i) {
     tableSectors_.push_back(U32(&header[76 + 4 * i]));
   }

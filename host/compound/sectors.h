@@ -160,7 +160,8 @@ class FileSectors final : public Sectors {
   // of 28 MB or with 5,000 streams, written by LibreOffice and libgsf, takes fewer than 30 reads.
   static constexpr std::size_t MOST_JUMPS = 700;
 
-  explicit FileSectors(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {}
+  explicit FileSectors(std::unique_ptr<ByteSource> source, std::size_t mostJumps = MOST_JUMPS)
+      : source_(std::move(source)), mostJumps_(mostJumps), jumpsLeft_(mostJumps) {}
 
   // [MS-CFB] 2.2. False when the header cannot be understood; nothing else may be called then.
   bool ReadHeader();
@@ -168,7 +169,10 @@ class FileSectors final : public Sectors {
   int Version() const { return version_; }
   std::uint32_t FirstDirectorySector() const { return firstDirectorySector_; }
   std::uint32_t FirstMiniTableSector() const { return firstMiniTableSector_; }
+  std::uint32_t FirstDifatSector() const { return firstDifatSector_; }
+  std::uint32_t DifatSectorCount() const { return difatSectorCount_; }
 
+  std::size_t MostJumps() const { return mostJumps_; }
   std::size_t JumpsLeft() const { return jumpsLeft_; }
 
   std::size_t SectorSize() const override { return std::size_t{1} << shift_; }
@@ -183,13 +187,16 @@ class FileSectors final : public Sectors {
   std::size_t LoadTable(std::size_t index, std::size_t most, std::uint8_t* bytes);
 
   std::unique_ptr<ByteSource> source_;
-  std::size_t jumpsLeft_ = MOST_JUMPS;
+  std::size_t mostJumps_;
+  std::size_t jumpsLeft_;
   int version_ = 0;
   int shift_ = 0;
   std::uint64_t sectorCount_ = 0;  // sectors that begin inside the file
   std::uint32_t firstDirectorySector_ = END_OF_CHAIN;
   std::uint32_t firstMiniTableSector_ = END_OF_CHAIN;
+  std::uint32_t firstDifatSector_ = END_OF_CHAIN;
   std::uint32_t nextDifatSector_ = END_OF_CHAIN;
+  std::uint32_t difatSectorCount_ = 0;       // as the header says; not relied on
   std::vector<std::uint32_t> tableSectors_;  // where the allocation table lies, as far as read
   std::unique_ptr<TableCache> table_;
 };

@@ -187,9 +187,7 @@ using memory_host::Uncounted;
 
 TvnUtils::CFile* TvnUtils::CFile::CreateObject() { return new (std::nothrow) memory_host::File; }
 
-extern "C" {
-
-int CloseHandle(void* /*handle*/) {
+extern "C" int CloseHandle(void* /*handle*/) {
   --TheMachine().openHandles;
   return 1;
 }
@@ -214,13 +212,11 @@ HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mo
   return S_OK;
 }
 
-HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
+extern "C" HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
   if (const auto fault = Note(Call::READ_CLASS)) return fault->code;
   *classId = static_cast<memory_host::Storage*>(storage)->ClassId();
   return S_OK;
 }
-
-}  // extern "C"
 
 bool BUDI_IsBUDI(TvnUtils::Stream stream) {
   const Uncounted own;

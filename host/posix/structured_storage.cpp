@@ -28,8 +28,6 @@ HRESULT LastError() {
 
 }  // namespace
 
-extern "C" {
-
 HRESULT StgIsStorageFile(const wchar_t* path) {
   FileSource file;
   if (!file.Open(path)) return LastError();
@@ -47,8 +45,6 @@ HRESULT StgOpenStorage(const wchar_t* path, IStorage* /*priority*/, std::uint32_
   return compound::Open(std::move(file), storage);
 }
 
-HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
+extern "C" HRESULT ReadClassStg(IStorage* storage, CLSID* classId) {
   return compound::ReadClass(storage, classId);
 }
-
-}  // extern "C"

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/compound/check.h"
 #include "host/memory/failing_allocation.h"
 #include "tests/samples/sample.h"
 #include "tests/support/compound_writer.h"
@@ -25,6 +26,10 @@ InterfaceOwner<IStorage> OpenDocument(const std::string& bytes) {
   const HRESULT result = compound::Open(std::make_unique<MemorySource>(bytes), storage.Receive());
   EXPECT_EQ(result == S_OK, static_cast<bool>(storage));
   return storage;
+}
+
+bool IsSound(const std::string& bytes) {
+  return compound::IsSound(std::make_unique<MemorySource>(bytes));
 }
 
 TEST(CompoundReader, GivesBackWhatWasWritten) {
@@ -55,7 +60,9 @@ TEST(CompoundReader, FollowsTheDifat) {
                                                        {L"Short", "x"}};
   // Just within what the header names, just beyond, and with a second sector of the DIFAT.
   for (const std::size_t freeSectors : std::initializer_list<std::size_t>{13'700, 13'900, 31'000}) {
-    const auto storage = OpenDocument(WriteCompound(streams, {.freeSectors = freeSectors}));
+    const std::string document = WriteCompound(streams, {.freeSectors = freeSectors});
+    EXPECT_TRUE(IsSound(document)) << freeSectors;
+    const auto storage = OpenDocument(document);
     EXPECT_EQ(ReadStream(storage.get(), L"Long"), DocumentContent(9'000)) << freeSectors;
     EXPECT_EQ(ReadStream(storage.get(), L"Short"), "x") << freeSectors;
   }
@@ -95,6 +102,7 @@ TEST(CompoundReader, GivesLessOfADamagedDocument) {
     };
     EXPECT_EQ(sizeOf(L"Long"), document.longSize) << document.what;
     EXPECT_EQ(sizeOf(L"Short"), document.shortSize) << document.what;
+    EXPECT_EQ(IsSound(document.bytes), document.isSound) << document.what;
   }
 }
 
@@ -137,6 +145,7 @@ TEST(CompoundReader, FindsStreamsInAnyDirectory) {
     std::map<std::wstring, std::string> streams;
     for (std::size_t i = 0; i < size; ++i) streams[L"s" + std::to_wstring(i)] = std::to_string(i);
     const std::string document = WriteCompound(streams);
+    EXPECT_TRUE(IsSound(document));
     for (std::size_t i = 0; i < size; i += 49) {
       const std::wstring name = L"S" + std::to_wstring(i);
       ASSERT_EQ(ReadStream(OpenDocument(document).get(), name.c_str()), std::to_string(i)) << size;

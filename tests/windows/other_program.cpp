@@ -75,4 +75,33 @@ bool WriteDocument(const std::filesystem::path& path, const std::wstring& rootCl
   return isWritten;
 }
 
+bool GrowDocument(const std::filesystem::path& path,
+                  const std::map<std::wstring, std::string>& streams, std::size_t piece) {
+  IStorage* storage = nullptr;
+  if (StgCreateDocfile(path.c_str(), NEW_FOR_WRITING, 0, &storage) != S_OK) return false;
+  bool isWritten = true;
+  bool isMore = true;
+  for (std::size_t at = 0; isMore && isWritten; at += piece) {
+    isMore = false;
+    for (const auto& [name, content] : streams) {
+      if (at >= content.size() && at > 0) continue;
+      IStream* stream = nullptr;
+      const HRESULT opened =
+          at == 0 ? storage->CreateStream(name.c_str(), NEW_FOR_WRITING, 0, 0, &stream)
+                  : storage->OpenStream(name.c_str(), nullptr,
+                                        STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &stream);
+      if (opened != S_OK) return storage->Release(), false;
+      const std::string next = content.substr(at, piece);
+      ULONG written = 0;
+      stream->Seek({}, STREAM_SEEK_END, nullptr);
+      stream->Write(next.data(), static_cast<ULONG>(next.size()), &written);
+      stream->Release();
+      isWritten = isWritten && written == next.size();
+      isMore = isMore || at + piece < content.size();
+    }
+  }
+  storage->Release();
+  return isWritten;
+}
+
 }  // namespace typescout::tests

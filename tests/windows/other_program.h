@@ -39,6 +39,11 @@ std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_
 bool WriteDocument(const std::filesystem::path& path, const std::wstring& rootClass,
                    const std::map<std::wstring, std::string>& streams);
 
+// The same for a document that grows: the streams are written in turn, a piece of `piece` bytes
+// each, so that each of them lies in as many places as it has pieces.
+bool GrowDocument(const std::filesystem::path& path,
+                  const std::map<std::wstring, std::string>& streams, std::size_t piece);
+
 }  // namespace typescout::tests
 
 #endif  // TYPESCOUT_TESTS_WINDOWS_OTHER_PROGRAM_H
