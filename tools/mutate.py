@@ -10,6 +10,7 @@ copy lies in build/mutation; ccache makes it faster. Files for Windows alone are
 """
 import argparse
 import fnmatch
+import json
 import os
 import pathlib
 import random
@@ -213,6 +214,9 @@ def main():
         (COPY / path).write_text(original)
     print(f"{tried} changes of {len(changes)} (seed {options.seed}): {noticed} noticed, "
           f"{tried - noticed} not: {100 * noticed / max(tried, 1):.1f} %")
+    with open(COPY.parent / "runs.jsonl", "a") as runs:  # for tools/guarantees.py
+        json.dump({"files": options.files, "tried": tried, "noticed": noticed}, runs)
+        runs.write("\n")
 
 
 if __name__ == "__main__":

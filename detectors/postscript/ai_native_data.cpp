@@ -1,6 +1,6 @@
 #include "detectors/postscript/ai_native_data.h"
 
-#include <cstring>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -33,10 +33,7 @@ void* ModuleString::AllocatedBlock() const {
   // address of the memory that it allocated in front of the block.
   constexpr std::uint64_t ALIGNED_SIZE = 4'096;
   if (capacity < ALIGNED_SIZE / sizeof(char16_t) - 1) return block;
-  void* allocated = nullptr;
-  std::memcpy(&allocated, reinterpret_cast<const char*>(block) - sizeof allocated,
-              sizeof allocated);
-  return allocated;
+  return *std::prev(reinterpret_cast<void* const*>(block));
 }
 
 ModuleStringSet::ModuleStringSet()

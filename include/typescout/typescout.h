@@ -27,8 +27,9 @@
 // but root and the effective user may change or replace it. Without the modules no file is camera
 // raw, and every PDF file is 0x0535.
 //
-// Exceptions. When a GIF file becomes shorter while it is examined, the four functions that take a
-// path throw the int 0, with everything released. What a module throws passes through likewise.
+// Exceptions. When a GIF file becomes shorter while it is examined, or cannot be read on, the four
+// functions that take a path throw the int 0, with everything released. What a module throws passes
+// through likewise.
 // Nothing else is thrown. On Windows the int can be caught as such by programs built with
 // mingw-w64's g++; programs built with another compiler see the structured exception 0x20474343
 // (__try, __except), with everything released too.

@@ -12,4 +12,4 @@ for program in libtypescout.so typescout tests/typescout_{catalogue_tests,contra
   objects+=(-object "$build/$program")
 done
 llvm-cov export "$build/tests/typescout_unit_tests" "${objects[@]}" \
-  -instr-profile="$build/reached.profdata" 2>/dev/null | tools/coverage.py .
+  -instr-profile="$build/reached.profdata" 2>/dev/null | tools/coverage.py . | tee "$build/report.txt"
