@@ -1,10 +1,11 @@
 // TypeScout names a file's format: you give a path, it returns a number.
 //
-//   int filter = TypeScoutFile(L"holiday.gif");  // 0x0305, a GIF picture
+//   int filter = TypeScoutFile(L"holiday.gif");
 //
-// The number is a filter identifier. It names the import filter of a graphics suite that reads the
-// file, and so the file's format; docs/filters.md lists all of them. 0 means that nothing was
-// recognised. A missing or unreadable file is not an error: the answer is 0.
+// The number, here 0x0305 (a GIF picture), is a filter identifier. It names the import filter of a
+// graphics suite that reads the file, and so the file's format; docs/filters.md lists all of them.
+// 0 means that nothing was recognised. A missing or unreadable file is not an error: the answer is
+// 0.
 //
 // The library has a registry of rows, each a filter identifier and a test. A scan asks the rows in
 // order; the first that says yes decides.

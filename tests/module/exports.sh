@@ -3,7 +3,9 @@
 # language's own, and asks nothing of the system but to read files and load modules.
 set -euo pipefail
 
-exported=$(nm -D --defined-only --demangle "$1" | cut -d' ' -f3- | sort)
+scope=--dynamic
+[[ $1 != *.a ]] || scope=--extern-only
+exported=$(nm $scope --defined-only --demangle "$1" | sed -nE 's/^[0-9a-f]+ . //p' | sort)
 wanted=$(sort <<'END'
 CheckFiltersFromIDList(wchar_t const*, int*, int, int, unsigned char*, int)
 CheckFiltersFromList(wchar_t*, int*, int, int, unsigned char*, int)
@@ -15,6 +17,7 @@ END
 )
 diff <(echo "$wanted") <(echo "$exported")
 
+[[ $1 != *.a ]] || exit 0
 needed=$(readelf -d "$1" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
 if strangers=$(grep -vE '^(libstdc\+\+|libm|libgcc_s|libc|ld-linux-x86-64)\.so' <<<"$needed"); then
   echo "needs more than the standard library: $strangers"

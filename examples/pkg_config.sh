@@ -1,0 +1,1 @@
+c++ recognise.cpp $(pkg-config --cflags --libs typescout) -o recognise
