@@ -31,13 +31,10 @@ bool NumberSet::Insert(std::uint32_t number) {
 }
 
 void Chain::Follow(std::uint64_t length) {
-  while (length_ < length && !hasEnded_) {
+  while (length_ < length) {
     if (length_ > 0) next_ = sectors_->Next(last_);
     const bool jumps = length_ == 0 || next_ != last_ + 1;
-    if (!seen_.Insert(next_) || (jumps && !sectors_->MayJump())) {
-      hasEnded_ = true;
-      return;
-    }
+    if (!seen_.Insert(next_) || (jumps && !sectors_->MayJump())) return;
     if (jumps) runs_.push_back({length_, next_});
     last_ = next_;
     ++length_;
@@ -50,26 +47,25 @@ std::uint64_t Chain::Length(std::uint64_t most) {
 }
 
 std::size_t Chain::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
-  if (count == 0) return 0;
   const std::size_t size = sectors_->SectorSize();
-  Follow((offset + count - 1) / size + 1);
-  const std::uint64_t first = offset / size;
-  auto run = std::upper_bound(runs_.begin(), runs_.end(), first,
-                              [](std::uint64_t index, const Run& r) { return index < r.index; });
-  if (run == runs_.begin()) return 0;
-  --run;
+  Follow((offset + count + size - 1) / size);
+  std::uint64_t index = offset / size;
+  auto within = static_cast<std::size_t>(offset % size);
+  auto run = std::upper_bound(runs_.begin(), runs_.end(), index,
+                              [](std::uint64_t i, const Run& r) { return i < r.index; });
   std::size_t done = 0;
-  for (; done < count && run != runs_.end(); ++run) {
-    const std::uint64_t end = run + 1 == runs_.end() ? length_ : (run + 1)->index;
-    const std::uint64_t index = (offset + done) / size;
-    if (index >= end) break;
-    const auto within = static_cast<std::size_t>((offset + done) % size);
+  // Each turn reads what lies in one run; `run` is the one behind it.
+  for (; done < count && index < length_; ++run) {
+    const std::uint64_t end = run == runs_.end() ? length_ : run->index;
     const auto wanted = static_cast<std::size_t>(
         std::min<std::uint64_t>(count - done, (end - index) * size - within));
-    const auto sector = static_cast<std::uint32_t>(run->sector + (index - run->index));
+    const Run& here = *(run - 1);
+    const auto sector = static_cast<std::uint32_t>(here.sector + (index - here.index));
     const std::size_t got = sectors_->ReadAt(sector, within, bytes + done, wanted);
     done += got;
     if (got < wanted) break;
+    index = end;
+    within = 0;
   }
   return done;
 }

@@ -148,8 +148,7 @@ class Chain {
   std::vector<Run> runs_;
   std::uint32_t length_ = 0;  // sectors followed so far
   std::uint32_t last_ = 0;    // the last of these
-  std::uint32_t next_;        // the first sector, while none has been followed
-  bool hasEnded_ = false;
+  std::uint32_t next_;        // the sector after it; the first one, while there are none
 };
 
 // The sectors of the file, below its header.

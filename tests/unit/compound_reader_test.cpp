@@ -55,6 +55,25 @@ TEST(CompoundReader, GivesBackWhatWasWritten) {
   }
 }
 
+// The directory is searched by hashes of the names; these pairs of names have the same.
+TEST(CompoundReader, TellsNamesOfOneHashApart) {
+  const auto storage = OpenDocument(WriteCompound({{L"piovdi", "1"}, {L"cniecvze", "2"}}));
+  EXPECT_EQ(ReadStream(storage.get(), L"PIOVDI"), "1");
+  EXPECT_EQ(ReadStream(storage.get(), L"KXUXMV"), NOT_THERE);
+  EXPECT_EQ(ReadStream(storage.get(), L"CNIECVZE"), "2");
+  EXPECT_EQ(ReadStream(storage.get(), L"C"), NOT_THERE);
+}
+
+// In version 4 a size has 64 bits; in version 3 the upper half means nothing.
+TEST(CompoundReader, LooksAtTheHighHalfOfASizeInVersion4) {
+  constexpr std::size_t ENTRY_IN_FILE = 4096 * 3 + 128;  // behind the mini stream and its table
+  const std::string document = WriteCompound({{L"Short", "x"}}, {.version = 4});
+  ASSERT_EQ(document.substr(ENTRY_IN_FILE, 3), "S\0h"s);
+  const auto storage = OpenDocument(Patch(document, ENTRY_IN_FILE + 124, "\1"));
+  // No short stream any more: sector 0 is the mini stream and the end of its chain.
+  EXPECT_EQ(ReadStream(storage.get(), L"Short"), PadTo(4096, "x"));
+}
+
 TEST(CompoundReader, FollowsTheDifat) {
   const std::map<std::wstring, std::string> streams = {{L"Long", DocumentContent(9'000)},
                                                        {L"Short", "x"}};
