@@ -1,4 +1,5 @@
-// A program with names that are the library's inside, too: linked statically, the two must not meet.
+// A program with names that are the library's inside, too: linked statically, the two must not
+// meet.
 #include <typescout/typescout.h>
 
 #include <cstdio>

@@ -21,7 +21,8 @@ Module Hold(const std::string& folder, const std::string& name, const char* func
     module.error = "its folder is not an absolute path";
   } else if (access((module.path += ".so").c_str(), F_OK) != 0) {
     module.error = ErrorText(errno);
-  } else if (const std::string path = posix_host::TrustedModule(module.path.c_str()); path.empty()) {
+  } else if (const std::string path = posix_host::TrustedModule(module.path.c_str());
+             path.empty()) {
     module.error = "refused, since other users may write to the file or to a folder above it";
   } else if (void* const loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); loaded == nullptr) {
     module.error = dlerror();
