@@ -270,6 +270,12 @@ std::string_view UsualExtension(const Filter& filter) {
   return filter.extensions.substr(0, filter.extensions.find(' '));
 }
 
+bool MayNameText(std::string_view extension) {
+  return std::ranges::all_of(RowsWith(extension), [](const NamedRow& named) {
+    return TABLE[static_cast<std::size_t>(named.row)].evidence == TEXT;
+  });
+}
+
 std::vector<int> RowsThatDescribeBetter(const Filter& answer, std::string_view extension,
                                         std::span<const int> asked) {
   const int answerRow = RowOf(answer);

@@ -70,6 +70,10 @@ bool HasExtension(const Filter& filter, std::string_view extension);
 // The usual extension; empty when none is known.
 std::string_view UsualExtension(const Filter& filter);
 
+// Whether files with this extension may well be plain text: no filter has it but those for any
+// text.
+bool MayNameText(std::string_view extension);
+
 // Which rows to ask about a file that `answer` accepted, in this order: the first that says yes
 // describes the file best, and when none does, `answer` does. `asked` are the rows that gave the
 // answer, in the order in which they were asked; empty for all. Rows that were asked before

@@ -3,6 +3,7 @@
 #define TYPESCOUT_CLI_ASK_EXAMINER_H
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "cli/ask/earlier_output.h"
@@ -24,18 +25,21 @@ class Examiner {
 
  private:
   int Ask(const wchar_t* path, std::span<const int> rows) const;
+  const Filter* FirstAnswer(const platform::Place& place, const wchar_t* path, bool mayBeText,
+                            bool* isBest, Record* record) const;
+  const Filter* Best(const wchar_t* path, const Filter& answer, std::string_view extension) const;
   std::vector<const Filter*> AllAnswers(const wchar_t* path, const Filter& first) const;
   void ExamineFile(const platform::Place& place, Record* record) const;
   void ExamineContent(Record* record) const;
   bool CopyFromEarlier(Record* record) const;
-  void FindOutWhy(const platform::Place& place, Record* record) const;
 
   const Options& options_;
   const EarlierOutput* earlier_;
   bool needsStatus_;
   int requested_ = 0;
-  bool asksEverything_ = true;
-  std::vector<int> rows_;  // every row, or the candidates in the caller's order
+  bool isPlainScan_ = true;        // what TypeScoutFile() answers
+  std::vector<int> rows_;          // every row, or the candidates in the caller's order
+  std::vector<int> rowsTextLast_;  // every row, those for any text at the end
 };
 
 }  // namespace typescout::cli

@@ -146,14 +146,12 @@ bool InputSource::Enter(bool followLink, Input* input) {
   }
   if (!entered_.emplace(status.device, status.serial).second) return true;
 
-  int error = 0;
   Frame frame;
-  frame.folder = platform::OpenFolder(input->Place(), followLink, &error);
-  if (frame.folder != nullptr) error = platform::ListFolder(*frame.folder, &frame.listing);
+  int error = platform::ListFolder(input->Place(), followLink, &frame.listing);
   if (frame.listing.size() != 0) {
     frame.path = input->path;
     frame.isLong = frame.path.size() + 1 + frame.listing.longestName() > TYPESCOUT_PATH_LIMIT;
-    if (!frame.isLong) frame.folder.reset();
+    if (frame.isLong) frame.folder = platform::OpenFolder(input->Place(), followLink, &error);
     frames_.push_back(std::move(frame));
     if (frames_.size() > OPEN_FOLDERS) frames_[frames_.size() - 1 - OPEN_FOLDERS].folder.reset();
   }

@@ -82,8 +82,9 @@ Status StatusOf(const Place& place, bool followLink);
 // Null with `*error` set when it does not open. Never opens anything but a folder.
 FolderPtr OpenFolder(const Place& place, bool followLink, int* error);
 
-// The error, if any, that ends the listing; what was read until then is in `*listing`.
-int ListFolder(const Folder& folder, Listing* listing);
+// The error, if any, that ends the listing; what was read until then is in `*listing`. Never opens
+// anything but a folder.
+int ListFolder(const Place& place, bool followLink, Listing* listing);
 
 // Splits a path that is too long for one call into an open folder and a name in it. The folder is
 // null with `*error` set when that fails.
@@ -97,9 +98,9 @@ bool IgnoresCase();
 // The path with a further component.
 std::string JoinPath(const std::string& folder, std::string_view name);
 
-// Opens the file and reads a byte. Nonzero `error`: why nobody can read it; kind FILE with `size`
-// 0: there is no byte to read.
-Status TryToRead(const Place& place);
+// Opens what was found to be a file and reads as many of its first bytes as `beginning` is long,
+// which is cut to those that there are. Returns the error.
+int TryToRead(const Place& place, std::string* beginning);
 
 // The path by which the library can open a file, at most TYPESCOUT_PATH_LIMIT characters long,
 // where the file's own may be longer. What that takes is held until the object goes; it stays on

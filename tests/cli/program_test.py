@@ -25,11 +25,13 @@ import shlex
 import shutil
 import signal
 import socket
+import struct
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
+import uuid
 
 PROGRAM, STUB_MODULE, WRITE_SAMPLES, MANUAL = map(os.path.abspath, sys.argv[1:5])
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -47,6 +49,14 @@ DOS_EPS = (b"\xc5\xd0\xd3\xc6\x20\0\0\0\x40\0\0\0" + b"\1" * 20 +
 
 EXECUTABLE = b"MZ" + b"\0" * 58 + b"\x40\0\0\0PE\0\0"
 LONG = b"n" * 70_000
+# A compound document of one directory entry, whose class is the drawing object's.
+DRAWING_OBJECT = (
+    struct.pack("<8s16x5H6x10I", b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1", 62, 3, 0xfffe, 9, 6,
+                0, 1, 1, 0, 4096, 0xfffffffe, 0, 0xfffffffe, 0, 0) + b"\xff" * 432 +
+    struct.pack("<2I", 0xfffffffd, 0xfffffffe) + b"\xff" * 504 +
+    struct.pack("<64sHBB3I16s20xIQ", "Root Entry".encode("utf-16-le"), 22, 5, 1, *[0xffffffff] * 3,
+                uuid.UUID("DE14F420-AC1C-11CE-BE26-DB67235E2689").bytes_le, 0xfffffffe, 0) +
+    b"\0" * 384)
 
 CHANGED = 1_709_210_096_789_000_000
 
@@ -66,6 +76,7 @@ CONTENTS = {
     "ai.eps": DOS_EPS, "tool": EXECUTABLE, "driver.sys": EXECUTABLE, "ad.rtf": b"{\\rtf1\\ansi x}",
     "pointer.cur": b"\0\0\2\0" + ICON[4:], "true.tga": b"\0\0\2" + b"\0" * 15,
     "pointer.ani": b"RIFF\x24\0\0\0ACONanih" + b"\0" * 40, "paper.pdf": b"%PDF-1.4\n",
+    "object": DRAWING_OBJECT, "object.doc": DRAWING_OBJECT,
     "folder/a.gif": GIF, "folder/c.gif": GIF, "folder/b/deep.gif": GIF, "folder/it's.GIF": GIF,
     "linked/a.gif": GIF, "linked/b/deep.gif": GIF,
     "list": b"holiday.gif\n\nnoise.bin", "list.empty": b"", "list.nul": b"holiday.gif\0logo.png\0",

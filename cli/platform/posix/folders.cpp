@@ -41,6 +41,11 @@ Status Failed(int error) {
   return status;
 }
 
+int OpenAsFolder(const Place& place, bool followLink) {
+  return openat(Descriptor(place), place.name.c_str(),
+                O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followLink ? 0 : O_NOFOLLOW));
+}
+
 // Gives this thread a current folder of its own and makes it `folder`; -1 when that is not allowed.
 // Otherwise the folder that it was in.
 int GoTo(int folder) {
@@ -72,23 +77,19 @@ Status StatusOf(const Place& place, bool followLink) {
 }
 
 FolderPtr OpenFolder(const Place& place, bool followLink, int* error) {
-  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followLink ? 0 : O_NOFOLLOW);
-  const int folder = openat(Descriptor(place), place.name.c_str(), flags);
-  if (folder < 0) {
-    *error = errno;
-    return nullptr;
-  }
-  return std::make_shared<const Folder>(folder, std::string());
+  const int folder = OpenAsFolder(place, followLink);
+  if (folder >= 0) return std::make_shared<const Folder>(folder, std::string());
+  *error = errno;
+  return nullptr;
 }
 
-int ListFolder(const Folder& folder, Listing* listing) {
-  const int own =
-      openat(static_cast<int>(folder.handle()), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (own < 0) return errno;
-  DIR* stream = fdopendir(own);
+int ListFolder(const Place& place, bool followLink, Listing* listing) {
+  const int folder = OpenAsFolder(place, followLink);
+  if (folder < 0) return errno;
+  DIR* stream = fdopendir(folder);
   if (stream == nullptr) {
     const int error = errno;
-    close(own);
+    close(folder);
     return error;
   }
   for (errno = 0; const dirent* entry = readdir(stream); errno = 0) {
@@ -133,19 +134,15 @@ std::string JoinPath(const std::string& folder, std::string_view name) {
   return path;
 }
 
-Status TryToRead(const Place& place) {
-  Status status = StatusOf(place, true);
-  if (status.error != 0 || status.kind != Kind::FILE) return status;
+int TryToRead(const Place& place, std::string* beginning) {
   const int file =
       openat(Descriptor(place), place.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (file < 0) return Failed(errno);
-  char byte = 0;
-  const ssize_t count = read(file, &byte, 1);
-  if (count < 0) status = Failed(errno);
-  if (count == 0) status.size = 0;
-  if (count > 0) status.size = std::max<std::uint64_t>(status.size, 1);
+  if (file < 0) return errno;
+  const ssize_t count = read(file, beginning->data(), beginning->size());
+  const int error = count < 0 ? errno : 0;
+  beginning->resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
   close(file);
-  return status;
+  return error;
 }
 
 PathForLibrary::PathForLibrary(const Place& place) : path_(ToWide(place.name)) {

@@ -98,13 +98,13 @@ Status StatusOf(const Place& place, bool followLink) {
 }
 
 FolderPtr OpenFolder(const Place& place, bool, int*) {
-  // Nothing is held open; ListFolder() tells what is wrong with it.
+  // Nothing is held open.
   return std::make_shared<const Folder>(0, PathOf(place));
 }
 
-int ListFolder(const Folder& folder, Listing* listing) {
+int ListFolder(const Place& place, bool, Listing* listing) {
   WIN32_FIND_DATAW entry = {};
-  const HANDLE search = FindFirstFileW(SystemPath(JoinPath(folder.path(), "*")).c_str(), &entry);
+  const HANDLE search = FindFirstFileW(SystemPath(JoinPath(PathOf(place), "*")).c_str(), &entry);
   if (search == INVALID_HANDLE_VALUE) return LastError();
   do {
     const std::wstring_view name = entry.cFileName;
@@ -135,16 +135,15 @@ std::string JoinPath(const std::string& folder, std::string_view name) {
   return path;
 }
 
-Status TryToRead(const Place& place) {
-  Status status = StatusOf(place, true);
-  if (status.error != 0 || status.kind != Kind::FILE) return status;
+int TryToRead(const Place& place, std::string* beginning) {
   const Handle file(OpenPath(PathOf(place), GENERIC_READ, 0));
-  if (!file.IsOpen()) return Failed(LastError());
-  char byte = 0;
+  if (!file.IsOpen()) return LastError();
   DWORD count = 0;
-  if (ReadFile(file.get(), &byte, 1, &count, nullptr) == 0) return Failed(LastError());
-  status.size = count == 0 ? 0 : status.size == 0 ? 1 : status.size;
-  return status;
+  const DWORD size = static_cast<DWORD>(beginning->size());
+  const BOOL isRead = ReadFile(file.get(), beginning->data(), size, &count, nullptr);
+  const int error = isRead == 0 ? LastError() : 0;
+  beginning->resize(count);
+  return error;
 }
 
 // A folder with a long path is told by its short name, where the volume has such names.
