@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/ask/modules.h"
 #include "cli/help.h"
 #include "cli/options.h"
 #include "cli/output/output.h"
@@ -37,6 +38,7 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.version) return Print("typescout " TYPESCOUT_VERSION_STRING "\n");
   if (options.manual) return Print(ManualPage(TYPESCOUT_VERSION_STRING));
   if (options.completion) return Print(CompletionScript(*options.completion));
+  if (options.listModules) return Print(ModuleList());
   if (options.listFilters) return Print(FilterList(options.shape));
   return Run(options);
 }

@@ -100,6 +100,8 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
 
     {0, "list-filters", "", NOTHING, &O::listFilters, "", "", OTHER,
      "Print the registry, in the order in which it is asked; also as --json, --jsonl, --csv."},
+    {0, "modules", "", NOTHING, &O::listModules, "", "", OTHER,
+     "Print where each module of the suite is looked for, and its version or why it is not used."},
     {0, "completion", "SHELL", WORD, &O::completion, "bash zsh fish", "", OTHER,
      "Print the completion script for SHELL: bash, zsh or fish."},
     {0, "man", "", NOTHING, &O::manual, "", "", HIDDEN,
@@ -307,7 +309,7 @@ std::string CheckTogether(const Options& options) {
   if (content + lists > 1) return "standard input can be taken once only";
   if (options.contentName && content == 0) return "--name needs the path -";
   const bool hasNoInput = options.paths.empty() && options.lists.empty();
-  const bool needsInput = !options.listFilters && !options.completion;
+  const bool needsInput = !options.listFilters && !options.listModules && !options.completion;
   return hasNoInput && needsInput ? "no PATH given (see --help)" : "";
 }
 

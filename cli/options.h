@@ -54,6 +54,7 @@ struct Options {
 
   // Other.
   bool listFilters = false;
+  bool listModules = false;
   std::optional<std::string> completion;
   bool manual = false;
   bool version = false;

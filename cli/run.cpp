@@ -13,6 +13,7 @@
 #include "cli/output/progress.h"
 #include "cli/output/summary.h"
 #include "cli/output/writers.h"
+#include "cli/platform/modules.h"
 #include "cli/platform/signals.h"
 #include "cli/platform/streams.h"
 #include "cli/platform/system.h"

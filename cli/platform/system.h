@@ -20,10 +20,6 @@ std::string Environment(const char* name);
 // Raises the limit on open files as far as the system allows, 65,536 at most.
 void RaiseOpenFileLimit();
 
-// Keeps the suite's optional modules loaded until the program ends. Modules that are not installed
-// or do not load are ignored, as the library ignores them.
-void HoldModules();
-
 }  // namespace typescout::cli::platform
 
 #endif  // TYPESCOUT_CLI_PLATFORM_SYSTEM_H

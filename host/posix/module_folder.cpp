@@ -9,16 +9,13 @@
 #include <cstdlib>
 
 namespace posix_host {
-namespace {
-
-// The folder part of the name under which the loader knows this module. That name may be relative
+// The folder part of the name under which the loader knows the module. That name may be relative
 // to the folder that was current at loading, so it is made absolute then, once.
-std::string FindModuleFolder() {
+std::string FolderOf(const void* address) {
   std::array<char, PATH_MAX> buffer;
   Dl_info module = {};
   link_map* entry = nullptr;
-  const void* here = reinterpret_cast<const void*>(&ModuleFolder);
-  if (dladdr1(here, &module, reinterpret_cast<void**>(&entry), RTLD_DL_LINKMAP) == 0) return {};
+  if (dladdr1(address, &module, reinterpret_cast<void**>(&entry), RTLD_DL_LINKMAP) == 0) return {};
   std::string path;
   if (entry == nullptr || entry->l_name == nullptr || *entry->l_name == '\0') {
     // The loader has no name for the program itself, which this code is part of.
@@ -37,7 +34,9 @@ std::string FindModuleFolder() {
   return path;
 }
 
-const std::string MODULE_FOLDER = FindModuleFolder();
+namespace {
+
+const std::string MODULE_FOLDER = FolderOf(reinterpret_cast<const void*>(&ModuleFolder));
 
 }  // namespace
 

@@ -7,8 +7,11 @@
 namespace posix_host {
 
 // The absolute path of the folder that holds the typescout module (or the program that it is linked
-// into), with a '/' at its end; empty when it cannot be found out.
+// into), without symbolic links and with a '/' at its end; empty when it cannot be found out.
 const std::string& ModuleFolder();
+
+// The same of whatever module or program holds `address`.
+std::string FolderOf(const void* address);
 
 }  // namespace posix_host
 

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
 
 #include "host/posix/regular_file.h"
 #include "modules/camera_raw/beginnings.h"
 #include "modules/camera_raw/raw_stream.h"
+#include "typescout/typescout.h"
 
 namespace camera_raw {
 namespace {
@@ -65,4 +67,11 @@ extern "C" [[gnu::visibility("default")]] int CheckForRaw(const wchar_t* path) t
   return beginning != Beginning::OTHER && IsIdentified(file, beginning) ? 1 : 0;
 } catch (...) {
   return 0;
+}
+
+// The module's version and its library's; belongs to the module.
+extern "C" [[gnu::visibility("default")]] const char* TypeScoutModuleVersion() {
+  static const std::string version =
+      TYPESCOUT_VERSION_STRING ", LibRaw " + std::string(LibRaw::version());
+  return version.c_str();
 }

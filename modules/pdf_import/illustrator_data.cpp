@@ -54,6 +54,8 @@ std::optional<bool> AnyPageHasIllustratorData(const QPDFObjectHandle& root) {
 
 }  // namespace
 
+std::string QpdfVersion() { return QPDF::QPDFVersion(); }
+
 std::optional<bool> HasIllustratorData(const posix_host::RegularFile& file) {
   QPDF pdf;
   pdf.setSuppressWarnings(true);

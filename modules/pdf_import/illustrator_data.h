@@ -3,6 +3,7 @@
 #define TYPESCOUT_MODULES_PDF_IMPORT_ILLUSTRATOR_DATA_H
 
 #include <optional>
+#include <string>
 
 #include "host/posix/regular_file.h"
 
@@ -12,6 +13,8 @@ namespace pdf_import {
 // own. None when that cannot be told. Throws what qpdf throws and modules::LimitReached: then it
 // cannot be told, either.
 std::optional<bool> HasIllustratorData(const posix_host::RegularFile& file);
+
+std::string QpdfVersion();
 
 }  // namespace pdf_import
 

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <ctime>
 #include <optional>
+#include <string>
 
 #include "detectors/postscript/ai_native_data.h"
 #include "host/posix/regular_file.h"
 #include "host/posix/wide_path.h"
 #include "modules/pdf_import/illustrator_data.h"
+#include "typescout/typescout.h"
 
 namespace pdf_import {
 namespace {
@@ -78,4 +80,10 @@ extern "C" [[gnu::visibility("default")]] std::int32_t GetAINativeData(
   return 1;
 } catch (...) {
   return 0;
+}
+
+// The module's version and its library's; belongs to the module.
+extern "C" [[gnu::visibility("default")]] const char* TypeScoutModuleVersion() {
+  static const std::string version = TYPESCOUT_VERSION_STRING ", qpdf " + pdf_import::QpdfVersion();
+  return version.c_str();
 }

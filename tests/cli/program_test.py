@@ -524,15 +524,33 @@ class WithStubModule(InTemporaryFolder):
     def test_import_module_is_loaded_once(self):
         os.mkdir("filters")
         shutil.copy(STUB_MODULE, "filters/TvnPDFImport.so")
+        os.chmod("filters/TvnPDFImport.so", 0o755)
         names = [f"{number}.pdf" for number in range(40)]
         for name in names:
             write(name, b"%PDF-1.4\n")
         for jobs in "1", "3":
-            result = run("-bl", "-j", jobs, *names, env={"TVN_FILTERS_DIR": "filters",
+            result = run("-bl", "-j", jobs, *names, env={"TVN_FILTERS_DIR": os.path.abspath("filters"),
                                                          "COUNT_FILE": f"count-{jobs}"})
             self.assertEqual(result.stdout, b"illustrator-pdf\n" * 40)
             with open(f"count-{jobs}", "rb") as count:
                 self.assertEqual(count.read(), b"loaded\n")
+
+    def test_tells_what_modules_there_are(self):
+        os.mkdir("filters")
+        path = os.path.abspath("filters/TvnPDFImport.so")
+
+        def line(filters=os.path.abspath("filters")):
+            return run("--modules", env={"TVN_FILTERS_DIR": filters}).stdout.decode().splitlines()[1]
+        self.assertEqual(line(), path + ": not used: No such file or directory")
+        self.assertEqual(line("filters"), "TvnPDFImport: not used: its folder is not an absolute path")
+        write("filters/TvnPDFImport.so", b"\x7fELF")
+        os.chmod(path, 0o755)
+        self.assertEqual(line(), f"{path}: not used: {path}: file too short")
+        os.chmod(path, 0o777)
+        self.assertIn(": not used: refused, since other users may write", line())
+        shutil.copy(STUB_MODULE, path)
+        os.chmod(path, 0o755)
+        self.assertEqual(line(), path + ": not used: has no function GetAINativeData")
 
 
 class AboutItself(unittest.TestCase):

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <memory>
+#include <map>
 #include <string>
 
 #include "host/config.h"
@@ -13,8 +13,13 @@
 #include "host/path.h"
 #include "host/strings.h"
 #include "host/structured_storage.h"
-#include "tests/contract/fixture.h"
 #include "tests/support/read_stream.h"
+#ifdef HOST_IN_MEMORY
+#include "host/memory/memory_host.h"
+#else
+#include "tests/support/compound_writer.h"
+#include "tests/support/temp_folder.h"
+#endif
 
 namespace typescout::tests {
 namespace {
@@ -24,6 +29,31 @@ using TvnPlatform::TvnStringViewT;
 
 constexpr CLSID CLASS = {
     0xDE14F420, 0xAC1C, 0x11CE, {0xBE, 0x26, 0xDB, 0x67, 0x23, 0x5E, 0x26, 0x89}};
+
+using Streams = std::map<std::wstring, std::string>;
+
+// Each returns a path: of a file or a compound document that is there now, of nothing.
+#ifdef HOST_IN_MEMORY
+std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
+  memory_host::TheMachine().files[name] = bytes;
+  return name;
+}
+std::wstring PutDocument(const CLSID& classId, const Streams& streams) {
+  memory_host::TheMachine().documents[L"document"] = {.classId = classId, .streams = streams};
+  return PutFile(L"document", "\xD0\xCF\x11\xE0");
+}
+std::wstring MissingPath() { return L"missing"; }
+#else
+const TempFolder testFolder;
+
+std::wstring PutFile(const std::wstring& name, const std::string& bytes) {
+  return Wide(testFolder.Write(name, bytes));
+}
+std::wstring PutDocument(const CLSID& classId, const Streams& streams) {
+  return PutFile(L"document", WriteCompound(streams, {.classId = classId}));
+}
+std::wstring MissingPath() { return Wide(testFolder.path() / "missing"); }
+#endif
 
 std::string Read(FileOwner& file, std::uint32_t count) {
   std::string bytes(count, '?');
@@ -149,7 +179,7 @@ TEST(HostStorage, ReadsClassIdentifiersInText) {
 }
 
 TEST(HostStorage, TellsDocuments) {
-  EXPECT_EQ(StgIsStorageFile(PutDocument(L"document", CLASS, {}).c_str()), S_OK);
+  EXPECT_EQ(StgIsStorageFile(PutDocument(CLASS, {}).c_str()), S_OK);
   EXPECT_EQ(StgIsStorageFile(PutFile(L"plain", "plain text").c_str()), S_FALSE);
   EXPECT_EQ(StgIsStorageFile(PutFile(L"nothing", "").c_str()), S_FALSE);
   EXPECT_LT(StgIsStorageFile(MissingPath().c_str()), 0);
@@ -161,7 +191,7 @@ TEST(HostStorage, TellsDocuments) {
 TEST(HostStorage, OpensStreamsByName) {
   const std::string longContent(6'000, 'l');
   const std::wstring path =
-      PutDocument(L"document", CLASS, {{L"WordDocument", longContent}, {L"Contents", "short"}});
+      PutDocument(CLASS, {{L"WordDocument", longContent}, {L"Contents", "short"}});
   InterfaceOwner<IStorage> storage;
   ASSERT_EQ(StgOpenStorage(path.c_str(), nullptr, 0x20, nullptr, 0, storage.Receive()), S_OK);
   CLSID classId = {};

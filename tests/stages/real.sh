@@ -13,3 +13,5 @@ trap 'rm -rf "$installed"' EXIT
 (umask 022 && cmake --install build/dev --prefix "$installed" >build/install.log)
 python3 tests/modules/truth_test.py build/dev/libtypescout.so \
   "$(find "$installed" -name libtypescout.so.1)" build/dev/real-modules
+"$installed/bin/typescout" --modules | tee build/modules.log
+[ "$(grep -cE ': version [0-9.]+, (LibRaw|qpdf) [0-9]' build/modules.log)" -eq 2 ]

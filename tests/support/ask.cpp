@@ -1,12 +1,9 @@
 #include "tests/support/ask.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 
 #include "core/file_context.h"
-#include "host/memory/memory_host.h"
 
 namespace typescout::tests {
 

@@ -1,5 +1,5 @@
-// The rows that ask a module of the suite, the camera-raw decoder or the PDF import module: what it
-// is asked, what becomes of its answer, and that nothing of it stays.
+// The rows that ask a module of the suite, the camera-raw decoder, the PDF import module or the
+// graphics library: what it is asked, what becomes of its answer, and that nothing of it stays.
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
@@ -16,7 +16,6 @@
 #include "host/memory/failing_allocation.h"
 #include "tests/support/ask.h"
 #include "tests/support/module_set.h"
-#include "tests/support/on_the_machine.h"
 
 namespace typescout::tests {
 namespace {
@@ -270,6 +269,21 @@ TEST_F(IllustratorPdf, DecidesForTheIllustratorRow) {
   EXPECT_EQ(AskNow(document, DetectIllustrator), 1);
   EXPECT_EQ(AskNow("\r\n", DetectIllustrator), 0);
   EXPECT_EQ(theModule.calls, 2);
+}
+
+TEST(Budi, IsWhatTheGraphicsLibrarySays) {
+  for (const bool answer : {true, false}) {
+    LayOut("\0any\0bytes");
+    std::string seen;
+    TheMachine().isBudi = [&](const std::string& bytes) {
+      seen = bytes;
+      return answer;
+    };
+    EXPECT_EQ(TypeScoutFile(L"sample"), answer ? 0x0713 : 0);
+    EXPECT_EQ(seen, "\0any\0bytes"s);
+    EXPECT_EQ(CheckOneFilter(L"sample", 0x0701, 0), answer);
+    EXPECT_EQ(CheckOneFilter(L"sample", 0x0702, 0), answer);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // Every sample: against its detector, against every row of the registry, and cut at every length.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -13,8 +11,6 @@
 #include "core/registry.h"
 #include "detectors/native/native.h"
 #include "detectors/raster/raster.h"
-#include "host/memory/memory_host.h"
-#include "tests/samples/sample.h"
 #include "tests/support/ask.h"
 
 namespace typescout::tests {

@@ -6,32 +6,10 @@
 
 #include <array>
 
-#include "cli/platform/folders.h"
 #include "cli/platform/windows/handles.h"
 #include "cli/utf8.h"
 
 namespace typescout::cli::platform {
-namespace {
-
-std::wstring LibraryFolder() {
-  // The assembler of mingw-w64 cannot take the address of a function of the library's.
-  const HMODULE library = GetModuleHandleW(L"typescout.dll");
-  if (library == nullptr) return {};
-  std::wstring path(32'768, L'\0');
-  path.resize(GetModuleFileNameW(library, path.data(), static_cast<DWORD>(path.size())));
-  return path.substr(0, path.rfind(L'\\') + 1);
-}
-
-void HoldModule(const std::wstring& path) {
-  DWORD before = 0;
-  SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before);
-  LoadLibraryExW(path.c_str(), nullptr,
-                 LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
-  SetThreadErrorMode(before, nullptr);
-}
-
-}  // namespace
-
 std::vector<std::string> Arguments(int, char**) {
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -60,14 +38,5 @@ std::string Environment(const char* name) {
 }
 
 void RaiseOpenFileLimit() {}
-
-void HoldModules() {
-  const std::wstring folder = LibraryFolder();
-  if (folder.empty()) return;
-  const std::string set = Environment("TVN_FILTERS_DIR");
-  const std::string filters = set.empty() ? FromWide(folder + L"filters") : set;
-  HoldModule(folder + L"DCRaw.dll");
-  HoldModule(ToWide(JoinPath(filters, "TvnPDFImport.dll")));
-}
 
 }  // namespace typescout::cli::platform

@@ -1,0 +1,355 @@
+// What a call reads and opens: each thing once, and nothing that the head tells already. And what
+// it reads beyond the head: the rest of a GIF, the directory of the paint program's TIFF.
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/file_context.h"
+#include "detectors/native/native.h"
+#include "detectors/raster/raster.h"
+#include "host/memory/failing_allocation.h"
+#include "tests/support/ask.h"
+
+namespace typescout::tests {
+namespace {
+
+using memory_host::Call;
+using memory_host::TheMachine;
+
+constexpr std::size_t HEAD = HEAD_CAPACITY;
+const wchar_t* const PATH = L"file";
+const std::string SIGNATURE = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
+const std::string EARLY_SIGNATURE = "\x0E\x11\xFC\x0D\xD0\xCF\x11\x0E";
+
+class ProbedFiles : public OnTheMachine {
+ protected:
+  static int Calls(Call call) { return TheMachine().calls[call]; }
+};
+
+TEST_F(ProbedFiles, AreOpenedAndReadOnce) {
+  for (const Sample& sample : AllSamples()) {
+    if (sample.bytes.starts_with("GIF8") && sample.bytes.size() > HEAD) continue;
+    const bool isDocument = sample.bytes.starts_with(SIGNATURE);
+    LayOut(sample);
+    const memory_host::FailingAllocation none(0);
+    TypeScoutFile(sample.path.c_str());
+    const int allocations = none.Count();
+    EXPECT_EQ(Calls(Call::OPEN_FILE), 1) << sample.name;
+    EXPECT_EQ(Calls(Call::READ_FILE), 1) << sample.name;
+    EXPECT_EQ(Calls(Call::SEEK_FILE), 0) << sample.name;
+    EXPECT_EQ(Calls(Call::IS_STORAGE_FILE), 0) << sample.name;
+    EXPECT_EQ(Calls(Call::OPEN_STORAGE), isDocument ? 1 : 0) << sample.name;
+    if (isDocument || sample.bytes.starts_with("%PDF")) continue;  // opens more, asks a module
+    EXPECT_LE(allocations, 2) << sample.name;
+  }
+}
+
+TEST_F(ProbedFiles, AreReadAgainBehindTheHeadOnly) {
+  const auto opens = [](const std::string& bytes, int filterId) {
+    memory_host::Reset();
+    TheMachine().files[PATH] = bytes;
+    CheckOneFilter(PATH, filterId, 0);
+    return Calls(Call::OPEN_FILE);
+  };
+  for (const std::size_t size : {std::size_t{0}, HEAD - 1, HEAD, HEAD + 1, 2 * HEAD}) {
+    EXPECT_EQ(opens(Fill(size, '.'), 0x0901), 1) << size;
+  }
+  // A TIFF file's first directory; the first is not even there.
+  const auto tiff = [](std::size_t directory, std::size_t size) {
+    const std::string at = {static_cast<char>(directory & 0xFF), static_cast<char>(directory >> 8)};
+    return Patch(PadTo(size, "II*\0"s), 4, at);
+  };
+  EXPECT_EQ(opens(tiff(HEAD + 20, HEAD + 10), 0x0710), 1);
+  EXPECT_EQ(opens(tiff(HEAD - 14, HEAD + 10), 0x0710), 1);
+  EXPECT_EQ(opens(tiff(HEAD - 13, HEAD + 10), 0x0710), 2);
+  EXPECT_EQ(opens(tiff(HEAD - 13, HEAD), 0x0710), 1) << "the head is the file";
+}
+
+// The paint program's tag around the end of the head: the answer is the same from the head as from
+// the file alone.
+TEST_F(ProbedFiles, AnswerAsTheFileAloneWould) {
+  const std::string name = "Tavon PIXEL-FORGE\0"s;
+  const auto number = [](std::size_t value) {
+    return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)} + Fill(2);
+  };
+  int yes = 0;
+  for (std::size_t directory = HEAD - 40; directory < HEAD + 4; ++directory) {
+    for (const std::size_t nameAt : {std::size_t{8}, HEAD - 18, HEAD - 17, HEAD + 40}) {
+      std::string tiff = Patch(PadTo(HEAD + 20, "II*\0"s), 4, number(directory));
+      tiff = Patch(tiff, directory + 2, "\x31\x01\x02\0\x12\0\0\0"s + number(nameAt));
+      tiff = Patch(tiff, nameAt, name);
+      for (const std::size_t size : {HEAD, directory + 14, nameAt + 16, nameAt + 17, tiff.size()}) {
+        const File file(tiff.substr(0, size));
+        LayOut(file);
+        const int alone = AskAboutHead(DetectPaintImage, file, file.bytes.size());
+        EXPECT_EQ(CheckOneFilter(file.path.c_str(), 0x0710, 0), alone)
+            << directory << ", " << nameAt << ", " << size;
+        yes += alone;
+      }
+    }
+  }
+  EXPECT_GT(yes, 100);
+}
+
+// Systems say 0 of files that they make up on reading.
+TEST_F(ProbedFiles, AreTextAlsoWithoutALength) {
+  TheMachine().files[PATH] = "text";
+  TheMachine().lengths[PATH] = 0;
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0903);
+  TheMachine().files[PATH] = SIGNATURE;
+  TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, "\xEC\xA5\xC1\0"s)}};
+  EXPECT_EQ(TypeScoutFile(PATH), 0x0814);
+}
+
+TEST_F(ProbedFiles, AreDocumentsWhenHeadAndHostSaySo) {
+  const struct {
+    std::string head;
+    bool isAsked;
+  } CASES[] = {{SIGNATURE, true},
+               {EARLY_SIGNATURE, true},
+               {SIGNATURE.substr(0, 7) + "\xE0", false},
+               {EARLY_SIGNATURE.substr(0, 7) + "\x0F", false},
+               {SIGNATURE.substr(0, 7), false},
+               {"", false}};
+  for (const auto& c : CASES) {
+    memory_host::Reset();
+    TheMachine().files[PATH] = c.head;
+    TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, "\xEC\xA5\xC1")}};
+    EXPECT_EQ(CheckOneFilter(PATH, 0x0814, 0), c.isAsked) << c.head;
+    EXPECT_EQ(Calls(Call::OPEN_STORAGE), c.isAsked) << c.head;
+  }
+  TheMachine().documents.clear();
+  TheMachine().files[PATH] = SIGNATURE;
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0814, 0), 0) << "the host does not open it";
+}
+
+// Nothing is known about a file that could not be read: every row looks for itself.
+TEST_F(ProbedFiles, AreLookedAtAfreshBehindTheCallersBytes) {
+  const auto textRows = [] {
+    std::vector<int> rows = {92, 93, 94, 95, 96};
+    unsigned char bytes[] = "\1";
+    TheMachine().faults = {
+        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
+    return CheckFiltersFromList(const_cast<wchar_t*>(PATH), rows.data(), 5, 1, bytes, 0);
+  };
+  TheMachine().files[PATH] = "\1";
+  EXPECT_EQ(textRows(), 0);
+  EXPECT_EQ(Calls(Call::OPEN_FILE), 6);
+  EXPECT_EQ(Calls(Call::IS_STORAGE_FILE), 1);
+  TheMachine().files[PATH] = "text";
+  EXPECT_EQ(textRows(), 0x0903);
+}
+
+// The first size byte beyond the head stands at 24 + 196 * 256, where 64 KiB are read.
+constexpr std::size_t WINDOW_END = 24 + 196 * 256 + 64 * 1024;
+
+// A picture whose one chain of data makes the whole `size` bytes long, up to the terminator.
+std::string GifOfSize(std::size_t size) {
+  std::string bytes = PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08";
+  while (bytes.size() + 257 < size) bytes += "\xFF" + Fill(255, 'x');
+  const std::size_t last = size - bytes.size() - 2;
+  return bytes + static_cast<char>(last) + Fill(last, 'x') + Fill(1);
+}
+
+const std::string SECOND_PICTURE = PadTo(10, ",") + "\x08" + "\1x\0"s;
+
+class Gif : public OnTheMachine {
+ protected:
+  // Asks about the caller's bytes: the file does not open when the call begins, and does later.
+  static FilterId AskBeforeItOpens(const wchar_t* path, FilterId filterId,
+                                   const std::string& bytes) {
+    TheMachine().faults = {
+        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
+    return AskWithBytes(path, filterId, bytes);
+  }
+};
+
+TEST_F(Gif, IsReadOnFromTheFirstNeededByte) {
+  // The chain's last size byte, its terminator and the next introducer on both sides of the end.
+  for (const std::size_t size : {HEAD - 1, HEAD, HEAD + 1, HEAD + 2, HEAD + 254, HEAD + 255,
+                                 HEAD + 256, HEAD + 257, HEAD + 258, WINDOW_END - 1, WINDOW_END,
+                                 WINDOW_END + 1, WINDOW_END + 256, WINDOW_END + 257, 4 * HEAD}) {
+    for (const bool isAnimated : {false, true}) {
+      TheMachine().files[PATH] = GifOfSize(size) + (isAnimated ? SECOND_PICTURE : ";");
+      EXPECT_EQ(CheckOneFilter(PATH, 0x0305, 0), isAnimated ? 0 : 1) << size;
+      EXPECT_EQ(CheckOneFilter(PATH, 0x0616, 0), isAnimated ? 1 : 0) << size;
+    }
+  }
+}
+
+TEST_F(Gif, IsReadOnceAndOnlyWhenNeeded) {
+  TheMachine().files[PATH] = GifOfSize(HEAD - 1) + ";";
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0305, 0), 1);
+  EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 1) << "the head is enough";
+  TheMachine().files[PATH] = GifOfSize(3 * HEAD) + SECOND_PICTURE;
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0616, 0), 1);
+  EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 3);
+  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 2) << "a window of 64 KiB and the rest";
+  EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 4);
+}
+
+TEST_F(Gif, GoesOnInTheFileBehindTheCallersBytes) {
+  const std::string bytes = GifOfSize(500) + SECOND_PICTURE;
+  EXPECT_EQ(AskBeforeItOpens(L"missing", 0x0616, bytes.substr(0, 8)), 0);
+  TheMachine().files[PATH] = bytes;
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 8)), 0x0616)
+      << "the screen's flags are in the file already";
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 7)), 0) << "too few to tell";
+}
+
+// What the file holds below the first byte that the walk needs does not matter.
+TEST_F(Gif, IsTheCallersBytesUpToTheFirstNeededByte) {
+  const std::string bytes = GifOfSize(500);
+  const std::size_t needed = 280;  // where the last size byte stands
+  ASSERT_EQ(bytes[needed], static_cast<char>(500 - needed - 2));
+  const std::string head = bytes.substr(0, 40);
+  TheMachine().files[PATH] = Fill(needed, ',') + bytes.substr(needed) + SECOND_PICTURE;
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, head), 0x0616);
+  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1);
+  // Without a path, or with a file that ends before it, zeros end the walk.
+  EXPECT_EQ(AskBeforeItOpens(nullptr, 0x0305, head), 0x0305);
+  TheMachine().files[PATH].resize(needed);
+  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0305, head), 0x0305);
+  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1) << "nothing to read";
+}
+
+TEST_F(Gif, MayBeLongerThan4GiB) {
+  constexpr std::uint64_t LONG = std::uint64_t{4} << 30;
+  const std::string start = PadTo(13, "GIF89a") + PadTo(10, ",") + "\x08";
+  const std::string end = Fill(1) + SECOND_PICTURE;
+  const std::uint64_t endAt = start.size() + (LONG / 256 + 1) * 256;  // size bytes and data between
+  TheMachine().files[PATH] = start;
+  TheMachine().lengths[PATH] = endAt + end.size();
+  TheMachine().fillBeyondContent = [&](std::uint64_t position, std::span<char> bytes) {
+    std::fill(bytes.begin(), bytes.end(), '\xFF');
+    const std::uint64_t behind = position + bytes.size();
+    for (std::uint64_t at = std::max(position, endAt); at < behind; ++at) {
+      bytes[at - position] = end[at - endAt];
+    }
+  };
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0616, 0), 1);
+}
+
+TEST_F(Gif, ThatCannotBeReadOnIsWhatTheHeadSays) {
+  TheMachine().files[PATH] = GifOfSize(2 * HEAD) + SECOND_PICTURE;
+  TheMachine().faults = {{.call = Call::OPEN_FILE, .nth = 2}};
+  EXPECT_EQ(CheckOneFilter(PATH, 0x0305, 0), 1);
+  // Nor without the memory to do so: the third allocation is the file object again, the fourth the
+  // buffer.
+  TheMachine().faults.clear();
+  int answers = 0;
+  for (int nth = 1; nth < 10; ++nth) {
+    const memory_host::FailingAllocation failing(nth);
+    answers += CheckOneFilter(PATH, 0x0305, 0);
+  }
+  EXPECT_EQ(answers, 2) << "without the second file object, and without the buffer";
+}
+
+// By a short read, or by an end between the question for the length and the read. Where the seek
+// ended does not matter.
+TEST_F(Gif, ThatShrinksMeanwhileThrows) {
+  const std::string bytes = GifOfSize(4 * HEAD) + ";";
+  const struct {
+    std::vector<memory_host::Fault> faults;
+    std::size_t length;
+    bool throws;
+  } CASES[] = {{{{.call = Call::READ_FILE, .nth = 2}}, bytes.size(), true},
+               {{{.call = Call::READ_FILE, .nth = 4}}, bytes.size(), true},
+               {{{.call = Call::SEEK_FILE}}, bytes.size(), false},
+               {{}, bytes.size() + 1, true}};
+  for (const auto& c : CASES) {
+    for (const FilterId filterId : {0x0305, 0x0616}) {
+      const auto layOut = [&] {
+        memory_host::Reset();
+        TheMachine().files[PATH] = bytes;
+        TheMachine().lengths[PATH] = c.length;
+        TheMachine().faults = c.faults;
+      };
+      const auto throws = [](const auto& ask) {
+        try {
+          ask();
+        } catch (int value) {
+          EXPECT_EQ(value, 0);
+          return true;
+        }
+        return false;
+      };
+      layOut();
+      int id = filterId;
+      EXPECT_EQ(throws([&] { CheckFiltersFromIDList(PATH, &id, 1, 0, nullptr, 0); }), c.throws);
+      EXPECT_NE(id, filterId) << "the list was rewritten before";
+      EXPECT_EQ(TheMachine().OpenObjects(), 0);
+      layOut();
+      EXPECT_EQ(throws([] { TypeScoutFile(PATH); }), c.throws);
+      EXPECT_EQ(TheMachine().OpenObjects(), 0);
+    }
+  }
+}
+
+// `directory` bytes in, a directory that opens with the Software tag; the name stands at the end.
+std::string PaintTiff(std::size_t directory) {
+  const auto name = static_cast<char>(directory + 14);
+  const auto at = static_cast<char>(directory);
+  std::string tiff = "II\x2A\0"s + at + "\0\0\0"s;
+  tiff = Patch(tiff, directory, "\x01\0\x31\x01\x02\0\x12\0\0\0"s + name + "\0\0\0"s);
+  return tiff + "Tavon PIXEL-FORGE\0"s;
+}
+
+class PaintImage : public OnTheMachine {
+ protected:
+  // What the row says when the call began with this head and the file holds these bytes now.
+  static std::int32_t AskAboutFile(const std::string& head, const std::string& file,
+                                   const std::vector<memory_host::Fault>& faults = {}) {
+    LayOut(head);
+    TheMachine().files[L"sample"] = file;
+    TheMachine().faults = faults;
+    return AskAboutHead(DetectPaintImage, head, head.size());
+  }
+};
+
+TEST_F(PaintImage, ReadsItsTagFromTheFile) {
+  const std::string tiff = PaintTiff(8);
+  // Offsets are counted modulo 2^32: a directory at -2 has its first entry at 0, one at -6 its own
+  // at -4, where no file has anything.
+  const std::string wrapped = "\x31\x01\x2A\0\xFE\xFF\xFF\xFF\x0C\0\0\0Tavon PIXEL-FORGE"s;
+  // The first entry's value is a name that stands before the directory.
+  const std::string nameFirst =
+      "II\x2A\0\x1A\0\0\0Tavon PIXEL-FORGE\0\x01\0\x31\x01\x02\0\x12\0\0\0\x08\0\0\0"s;
+  const struct {
+    const char* name;
+    std::string head;
+    std::string file;
+    Verdict verdict;
+  } CASES[] = {
+      {"directory further on", PaintTiff(200).substr(0, 8), PaintTiff(90), NO},
+      {"no tag in the head", tiff.substr(0, 8), tiff, YES},
+      {"only in the head", tiff, tiff.substr(0, 8), NO},
+      {"name first", nameFirst, nameFirst, YES},
+      {"entry cut by a byte", nameFirst, nameFirst.substr(0, nameFirst.size() - 1), NO},
+      {"directory at -2", wrapped, wrapped, YES},
+      {"directory at -6", Patch(wrapped, 4, "\xFA"), wrapped, NO},
+      {"name at the very end, cut to 17", wrapped, wrapped.substr(0, 29), YES},
+      {"name at the very end, cut to 16", wrapped, wrapped.substr(0, 28), NO},
+      {"empty by now", tiff, "", NO},
+  };
+  for (const auto& c : CASES) EXPECT_EQ(AskAboutFile(c.head, c.file), c.verdict) << c.name;
+}
+
+TEST_F(PaintImage, AnyFaultIsANo) {
+  const memory_host::Fault FAULTS[] = {{.call = Call::OPEN_FILE},
+                                       {.call = Call::SEEK_FILE},
+                                       {.call = Call::SEEK_FILE, .nth = 2},
+                                       {.call = Call::READ_FILE}};
+  for (const auto& fault : FAULTS) EXPECT_EQ(AskAboutFile(PaintTiff(8), PaintTiff(8), {fault}), 0);
+}
+
+TEST_F(PaintImage, LeavesTheFileAloneWithoutATiffHeader) {
+  for (const std::string& bytes : {"PXF9FILE1"s, "PXF9FILE"s, "some other file"s}) {
+    Ask(DetectPaintImage, bytes);
+    EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 0) << bytes;
+  }
+}
+
+}  // namespace
+}  // namespace typescout::tests
