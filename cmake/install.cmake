@@ -39,7 +39,7 @@ install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT libtypesco
 
 if(TYPESCOUT_CLI)
   file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(typescout_cli PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+  set_property(TARGET typescout_cli APPEND PROPERTY INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
   install(TARGETS typescout_cli RUNTIME COMPONENT typescout)
   if(NOT WIN32)
     install(FILES docs/typescout.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT typescout)
