@@ -35,6 +35,21 @@ bool IsRawAmongTiff(LibRaw& raw) {
          !IsDecoderOfPlainSamples(raw);
 }
 
+// Called for each entry of a TIFF directory. The build of LibRaw 0.20.2 for Debian 12 writes
+// without end, over all of its memory, when a colour filter array of 36 values comes without its
+// size (6 by 6) before it; in the source, a loop leaves the row it counts through.
+void RefuseEndlessPattern(void* raw, int entry, int /*type*/, int count, unsigned /*order*/,
+                          void* /*stream*/, INT64 /*base*/) {
+  constexpr int CFA_PATTERN = 33422;
+  constexpr int CFA_PATTERN_OF_KODAK = 64777;
+  constexpr unsigned SIX_BY_SIX = 9;
+  const int tag = entry & 0xFFFF;
+  if ((tag == CFA_PATTERN || tag == CFA_PATTERN_OF_KODAK) && count == 36 &&
+      static_cast<const LibRaw*>(raw)->imgdata.idata.filters != SIX_BY_SIX) {
+    throw modules::LimitReached();
+  }
+}
+
 bool IsIdentified(const posix_host::RegularFile& file, Beginning beginning) {
   // LibRaw takes a TIFF file that names no camera for a raw picture without a header when it is as
   // long as one. No such picture is as long as this.
@@ -46,6 +61,7 @@ bool IsIdentified(const posix_host::RegularFile& file, Beginning beginning) {
   // Without callbacks it prints nothing.
   const auto raw = std::make_unique<LibRaw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
                                             LIBRAW_OPIONS_NO_DATAERR_CALLBACK);
+  raw->set_exifparser_handler(RefuseEndlessPattern, raw.get());
   // A picture of one sample a pixel has no filter array unless it says so.
   raw->imgdata.params.raw_processing_options |= LIBRAW_PROCESSING_ZEROFILTERS_FOR_MONOCHROMETIFFS;
   if (raw->open_datastream(stream.get()) != LIBRAW_SUCCESS) return false;

@@ -42,6 +42,8 @@ def picture(make, *more):
 
 CFA = [(33421, 3, struct.pack('<HH', 2, 2)), (33422, 1, bytes([0, 1, 1, 2]))]  # TIFF/EP
 
+PATTERN_OF_36 = (33422, 1, bytes([0, 1, 1, 2, 1, 2] * 6))
+
 
 def ciff():
     """Canon CRW: a heap of records with its directory at the end, in it another heap."""
@@ -102,12 +104,15 @@ FILES = {
     'fujifilm.raf': raf(),
     'minolta.mrw': mrw(),
     'nikon.nef': tiff(picture(b'NIKON CORPORATION', *CFA)),
+    'x-trans.dng': tiff(picture(b'FUJIFILM', (33421, 3, struct.pack('<HH', 6, 6)), PATTERN_OF_36)),
     'olympus.orf': tiff(picture(b'OLYMPUS CORPORATION'), magic=b'IIRO'),
     'panasonic.rw2': tiff([(1, 1, b'0300'), (2, 3, SIZE), (3, 3, SIZE), (5, 3, 0), (6, 3, SIZE),
                            (7, 3, SIZE), (9, 3, 1), (271, 2, b'Panasonic\0'), (272, 2, b'DMC-L1\0'),
                            (280, 4, PIXELS)], magic=b'IIU\0'),
     # A scanner's picture, signed as a camera's: no colour filter array.
     'grey-by-canon.tif': tiff(picture(b'Canon')),
+    # LibRaw 0.20.2 crashes.
+    'pattern-without-size.tif': tiff(picture(b'FUJIFILM', PATTERN_OF_36)),
     # As long as the headerless picture of a camera (AVT F-080C).
     'length-of-a-raw.tif': tiff([tag for tag in picture(b'') if tag[0] != 271]).ljust(786432, b'\0'),
     'length-of-a-raw.bin': bytes(786432),

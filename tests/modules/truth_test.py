@@ -16,6 +16,7 @@ HINTS = (0, ILLUSTRATOR, 0x0519, PDF)
 OF_CAMERAS = {
     'by-libtiff.dng': (0x0306, 0x0306),
     'nikon.nef': (0x0306, 0x0306),
+    'x-trans.dng': (0x0306, 0x0306),
     'canon.cr3': (0, RAW),
     'canon.crw': (0, RAW),
     'fujifilm.raf': (0, RAW),
@@ -24,8 +25,13 @@ OF_CAMERAS = {
     'panasonic.rw2': (0, RAW),
 }
 # What is no raw picture, though it begins like one or has the length of one.
-OTHERS = {'grey.tif': 0x0306, 'grey-by-canon.tif': 0x0306, 'length-of-a-raw.tif': 0x0306,
-          'length-of-a-raw.bin': 0}
+OTHERS = {
+    'grey.tif': 0x0306,
+    'grey-by-canon.tif': 0x0306,
+    'length-of-a-raw.tif': 0x0306,
+    'length-of-a-raw.bin': 0,
+    'pattern-without-size.tif': 0x0306,
+}
 
 # PDF documents: without the modules each is 0x0535, whatever the caller wants, and never 0x0503.
 # With them: what the scan answers, and for each hint whether 0x0535 and 0x0503 say yes.
