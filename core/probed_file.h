@@ -36,22 +36,21 @@ class ProbedFile {
   // and is not cleared.
   std::int32_t HeadLength() const { return headLength_; }
 
-  // Whether the head came from the file. The two below are good for nothing else.
+  // Whether the head came from the file. The next three are for such a head only.
   bool IsRead() const { return isRead_; }
   // In bytes, as the file said when its head was read.
   std::uint64_t Length() const { return length_; }
-  // Whether First() and the like need no further read: the head holds all of the `count` bytes at
-  // `offset`, or all that the file has.
+  // Whether the head holds the `count` bytes at `offset`, or all of them that the file has.
   bool Holds(std::uint64_t offset, std::uint64_t count) const;
-  // Those bytes; fewer where the file ends before.
+  // Those bytes, while this object lives; fewer where the file ends before.
   ByteView Bytes(std::uint64_t offset, std::uint64_t count) const;
 
   enum class WhenLocked { GIVE_UP, SHARE };
 
   // The root of the file as a compound document; null when it is none or does not open. `path` may
-  // be null. The document is opened by the first call and released with this object. It keeps
-  // writers out; where somebody else's lock stands against that, SHARE tries once more and lets
-  // them in.
+  // be null. The document is opened by the first call, so that nobody may write to it, and released
+  // with this object. When another program's lock prevents that, SHARE tries once more and allows
+  // writing.
   IStorage* Document(const wchar_t* path, WhenLocked whenLocked);
 
  private:
@@ -68,9 +67,8 @@ class ProbedFile {
   InterfaceOwner<IStorage> document_;
 };
 
-// A detector's look at its file. Like the host's file object, but what the call knows is not asked
-// for: the file is opened when a request goes beyond that, at most once, and closed with this
-// object.
+// Reads the file for one detector, as the host's file object does, but from what the call knows
+// where that is enough. Otherwise the file is opened, at most once, and closed with this object.
 class FileReader {
  public:
   explicit FileReader(const ProbeContext* probe);
@@ -82,7 +80,8 @@ class FileReader {
   bool SeekTo(std::uint64_t offset);
 
   // Reads on from the position, at first the start, as many bytes as `buffer` has. The view shows
-  // what came, fewer at the end of the file or on an error. It is good as long as `buffer` is.
+  // what came, fewer at the end of the file or on an error. It is valid while `buffer` and the call
+  // last.
   ByteView Read(std::span<unsigned char> buffer);
 
  private:

@@ -100,7 +100,7 @@ class ComputedSource final : public compound::ByteSource {
     };
     if (word < 16) return letter(2 * word) | letter(2 * word + 1) << 16;
     const auto nameSize = static_cast<Number>(2 * entry.name.size() + 2);
-    if (word == 16) return nameSize | (number == 0 ? 5 : 2) << 16;
+    if (word == 16) return nameSize | (number == 0 ? 5u : 2u) << 16;
     if (word == 17) return FREE;
     if (word == 18) return entry.right;
     if (word == 19) return number == 0 ? 1 : FREE;
