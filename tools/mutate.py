@@ -170,7 +170,7 @@ class Suite:
         targets = ["typescout_" + test for test in tests if not test.startswith("cli")] + others
         folder = f"build/{preset}"
         self.build_command = ["cmake", "--build", folder, "--target", *targets]
-        self.test_command = ["ctest", "--test-dir", folder, "--stop-on-failure", "--timeout", "100",
+        self.test_command = ["ctest", "--test-dir", folder, "--stop-on-failure", "--timeout", "100", "-j2",
                              "-R", f"^({'|'.join(tests)})$"]
 
     def build(self, seconds=300):
