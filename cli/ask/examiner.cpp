@@ -62,7 +62,7 @@ Examiner::Examiner(const Options& options, const EarlierOutput* earlier, bool ne
   rows_.resize(catalogue::Filters().size());
   std::iota(rows_.begin(), rows_.end(), 0);
   rowsTextLast_ = rows_;
-  std::ranges::stable_partition(rowsTextLast_, [](int row) {
+  std::stable_partition(rowsTextLast_.begin(), rowsTextLast_.end(), [](int row) {
     return catalogue::Filters()[static_cast<std::size_t>(row)].evidence !=
            catalogue::Evidence::TEXT;
   });
