@@ -24,7 +24,7 @@ recognises() {
 new_folder() {
   mkdir "$work/$1"
   cp examples/recognise.cpp "${@:2}" "$work/$1"
-  cd "$work/$1"
+  cd "$work/$1" || exit
 }
 
 echo "-- packages"
