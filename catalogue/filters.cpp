@@ -271,7 +271,8 @@ std::string_view UsualExtension(const Filter& filter) {
 }
 
 bool MayNameText(std::string_view extension) {
-  return std::ranges::all_of(RowsWith(extension), [](const NamedRow& named) {
+  const auto rows = RowsWith(extension);
+  return std::all_of(rows.begin(), rows.end(), [](const NamedRow& named) {
     return TABLE[static_cast<std::size_t>(named.row)].evidence == TEXT;
   });
 }
