@@ -131,9 +131,9 @@ std::string Fish() {
     if (row.shortName != 0) script += std::string("-s ") + row.shortName + " ";
     script += "-l " + std::string(row.longName) + " -d '" + Escape(row.help, "") + "'";
     if (IsOptional(row)) {
-      script += "\n" + start + "-n 'string match -q -- \"" + Long(row) +
-                "=*\" (commandline -ct)' -f -a '" + Long(row) + "=(string split \" \" \"" +
-                choices + "\")'";
+      script.append("\n").append(start).append("-n 'string match -q -- \"").append(Long(row));
+      script.append("=*\" (commandline -ct)' -f -a '").append(Long(row));
+      script.append("=(string split \" \" \"").append(choices).append("\")'");
     } else if (IsList(row)) {
       script +=
           " -x -a '(__fish_complete_list , \"string split \\\" \\\" \\\"" + choices + "\\\"\")'";

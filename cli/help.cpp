@@ -23,7 +23,7 @@ constexpr Entry EXITS[] = {
      "Some input could not be read; the others were done. It outranks 1, unless --fail-on "
      "unreadable makes it a finding."},
     {"64", "The command line or a list makes no sense."},
-    {"70", "Out of memory."},
+    {"70", "Out of memory, or the library is of another version than the program."},
     {"74", "Standard output could not be written."},
     {"130, 141",
      "Ended by Ctrl-C, with the records so far complete; ended because nobody reads "

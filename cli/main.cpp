@@ -1,8 +1,10 @@
 // typescout: says which import filter can read a file.
+#include <cstddef>
 #include <exception>
 #include <string>
 #include <vector>
 
+#include "catalogue/filters.h"
 #include "cli/ask/modules.h"
 #include "cli/help.h"
 #include "cli/options.h"
@@ -40,6 +42,13 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.completion) return Print(CompletionScript(*options.completion));
   if (options.listModules) return Print(ModuleList());
   if (options.listFilters) return Print(FilterList(options.shape));
+  // The catalogue names the library's rows by their places.
+  const std::size_t known = typescout::catalogue::Filters().size();
+  if (const int rows = GetNumTypeScoutProcs(); static_cast<std::size_t>(rows) != known) {
+    Complain("the library has " + std::to_string(rows) + " filters and this program knows " +
+             std::to_string(known) + ": they are of different versions");
+    return ExitStatus::FAILED;
+  }
   return Run(options);
 }
 

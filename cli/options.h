@@ -100,7 +100,7 @@ struct ExitStatus {
   static constexpr int FOUND = 1;
   static constexpr int UNREADABLE = 2;
   static constexpr int USAGE = 64;
-  static constexpr int FAILED = 70;  // no memory
+  static constexpr int FAILED = 70;  // no memory, or a library of another version
   static constexpr int OUTPUT_FAILED = 74;
 };
 

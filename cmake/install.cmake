@@ -36,6 +36,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/typescout.pc
 
 # Documents, in the folders in which they refer to each other.
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT libtypescout-dev)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT libtypescout-dev
+  PATTERN typescout.1 EXCLUDE)
 
 if(TYPESCOUT_CLI)
   file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})

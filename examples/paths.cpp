@@ -16,9 +16,16 @@ static std::wstring ToWide(const std::string& path) {
   return wide;
 }
 
+static int Recognise(const std::string& path) {
+  try {
+    return TypeScoutFile(ToWide(path).c_str());
+  } catch (int) {
+    return 0;  // a GIF file that became shorter meanwhile
+  }
+}
+
 int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
-    const int filter = TypeScoutFile(ToWide(argv[i]).c_str());
-    std::printf("%s: 0x%04X\n", argv[i], static_cast<unsigned>(filter));
+    std::printf("%s: 0x%04X\n", argv[i], static_cast<unsigned>(Recognise(argv[i])));
   }
 }

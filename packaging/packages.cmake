@@ -27,10 +27,12 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian_documents.cmake)
 set(CPACK_TYPESCOUT_SOURCE_DIR ${PROJECT_SOURCE_DIR})
 
-# debian_package(NAME SECTION section SUMMARY text DESCRIPTION line... [DEPENDS component...])
+# debian_package(NAME [LIBRARIES] SECTION section SUMMARY text DESCRIPTION line...
+#                [DEPENDS component...])
+# LIBRARIES: it has files in the folder of libraries.
 # Packages of Debian's whose libraries the programs and modules in it need are found by themselves.
 function(debian_package name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SECTION;SUMMARY" "DESCRIPTION;DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "LIBRARIES" "SECTION;SUMMARY" "DESCRIPTION;DEPENDS")
   list(JOIN arg_DESCRIPTION "\n" description)
   string(TOUPPER ${name} NAME)
   set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${name} PARENT_SCOPE)
@@ -38,17 +40,19 @@ function(debian_package name)
   set(CPACK_COMPONENT_${NAME}_DESCRIPTION "${arg_SUMMARY}\n${description}" PARENT_SCOPE)
   set(CPACK_DEBIAN_${NAME}_PACKAGE_NAME ${name} PARENT_SCOPE)
   set(CPACK_DEBIAN_${NAME}_PACKAGE_SECTION ${arg_SECTION} PARENT_SCOPE)
+  if(arg_LIBRARIES)
+    set(CPACK_DEBIAN_${NAME}_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers
+      PARENT_SCOPE)
+  endif()
 endfunction()
 
 set(library libtypescout${PROJECT_VERSION_MAJOR})
-debian_package(${library} SECTION libs
+debian_package(${library} LIBRARIES SECTION libs
   SUMMARY "library that names a file's format"
   DESCRIPTION
     "You give it a path, it returns a number that stands for one of about a"
     "hundred formats of pictures, drawings, documents, sounds and films. It"
     "looks at the file's content, not at its name.")
-string(TOUPPER ${library} NAME)
-set(CPACK_DEBIAN_${NAME}_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/triggers)
 
 debian_package(libtypescout-dev SECTION libdevel DEPENDS ${library}
   SUMMARY "library that names a file's format (development files)"
@@ -66,7 +70,7 @@ if(TYPESCOUT_CLI)
 endif()
 
 if(TYPESCOUT_CAMERA_RAW OR TYPESCOUT_PDF_IMPORT)
-  debian_package(typescout-modules SECTION libs DEPENDS ${library}
+  debian_package(typescout-modules LIBRARIES SECTION libs DEPENDS ${library}
     SUMMARY "library that names a file's format (raw pictures, Illustrator's PDF)"
     DESCRIPTION
       "With these modules libtypescout knows the raw pictures of digital cameras"

@@ -150,7 +150,7 @@ bool InputSource::Enter(bool followLink, Input* input) {
   int error = platform::ListFolder(input->Place(), followLink, &frame.listing);
   if (frame.listing.size() != 0) {
     frame.path = input->path;
-    frame.isLong = frame.path.size() + 1 + frame.listing.longestName() > TYPESCOUT_PATH_LIMIT;
+    frame.isLong = frame.path.size() + 1 + frame.listing.LongestName() > TYPESCOUT_PATH_LIMIT;
     if (frame.isLong) frame.folder = platform::OpenFolder(input->Place(), followLink, &error);
     frames_.push_back(std::move(frame));
     if (frames_.size() > OPEN_FOLDERS) frames_[frames_.size() - 1 - OPEN_FOLDERS].folder.reset();

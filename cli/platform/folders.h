@@ -43,7 +43,7 @@ class Listing {
   std::size_t size() const { return starts_.size(); }
   std::string_view name(std::size_t index) const;
   Kind kind(std::size_t index) const;
-  std::size_t longestName() const { return longestName_; }  // in bytes
+  std::size_t LongestName() const { return longestName_; }  // in bytes
 
  private:
   std::string names_;  // for each: its kind, its bytes, a zero

@@ -476,6 +476,12 @@ class WithStubModule(InTemporaryFolder):
         for name in "a.gif", "slow.gif", "slowest.gif":
             write(name, GIF)
 
+    def test_library_of_another_version(self):
+        result = run("a.gif", env={**self.STUB, "ROWS": "107"})
+        self.assertEqual((result.returncode, result.stdout, result.stderr),
+                         (70, b"", b"typescout: the library has 107 filters and this program knows "
+                                   b"108: they are of different versions\n"))
+
     def test_exceptions(self):
         names = "cut.gif", "failing.pdf", "odd.pdf", "fine.gif"
         for name in names:

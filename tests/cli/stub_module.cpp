@@ -30,6 +30,12 @@ int TypeScoutFile(const wchar_t* path) {
   return 0x0305;
 }
 
+// With ROWS set, a library of another version.
+int GetNumTypeScoutProcs() {
+  if (const char* rows = std::getenv("ROWS"); rows != nullptr) return std::atoi(rows);
+  return reinterpret_cast<int (*)()>(dlsym(RTLD_NEXT, "_Z20GetNumTypeScoutProcsv"))();
+}
+
 extern "C" __attribute__((visibility("default"))) int pthread_create(
     pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument) {
   if (std::getenv("NO_THREADS") != nullptr) return EAGAIN;

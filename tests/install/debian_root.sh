@@ -34,6 +34,7 @@ expect --completion "$(bash -c '
 expect _typescout "$(zsh -fc 'autoload -U compinit; compinit -D -u; echo "$_comps[typescout]"')"
 expect --completion "$(fish -c 'complete -C "typescout --comple"' | cut -f1)"
 
-dpkg --purge "$(dpkg -f ./typescout_*.deb Package)" libtypescout-dev libtypescout1 >/dev/null
+# shellcheck disable=SC2046  # several packages
+dpkg --purge $(for deb in ./*.deb; do dpkg-deb -f "$deb" Package; done) >/dev/null
 files >/tmp/after
 diff /tmp/before /tmp/after

@@ -30,8 +30,7 @@ new_folder() {
 echo "-- packages"
 rm -rf build/packages
 quietly ./package
-lintian --allow-root --fail-on error --suppress-tags-from-file /dev/null build/packages/*.deb >"$work/lintian" ||
-  { cat "$work/lintian" >&2; exit 1; }
+quietly lintian --allow-root --fail-on error build/packages/*.deb
 
 echo "-- the header, C++98 to C++23"
 for standard in 98 03 11 14 17 20 2b; do
@@ -116,13 +115,16 @@ lld-link /nologo /nodefaultlib /entry:Start /subsystem:console /out:"$zip/bin/cl
 recognises 'find_package, Windows' "${wine[@]}" "$zip/bin/recognise.exe"
 
 echo "-- Debian packages in a fresh root"
-root_packages=bash-completion,fish,libstdc++6,man-db,zsh
-root=$top/build/debian-root-$(. /etc/os-release && echo "$VERSION_CODENAME").tar
+# The root has what the packages depend on and the programs that show their parts. It is kept.
+field() { for deb in build/packages/*.deb; do dpkg-deb -f "$deb" "$1"; done; }
+needed=$(field Depends | tr ',' '\n' | sed -E 's/^ *([^ (|]+).*/\1/' | sort -u |
+  grep -vxF "$(field Package)" | tr '\n' ,)bash-completion,fish,man-db,zsh
+suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
+root=$top/build/debian-root-$(sha1sum <<<"$suite $needed" | cut -c1-8).tar
 if ! [ -f "$root" ]; then
   sources=/etc/apt/sources.list.d/debian.sources  # the mirror that this machine uses
   [ -f "$sources" ] || sources=/etc/apt/sources.list
-  quietly "${sudo[@]}" mmdebstrap --variant=apt --include=$root_packages \
-    "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root.new" "$sources"
+  quietly "${sudo[@]}" mmdebstrap --variant=apt --include="$needed" "$suite" "$root.new" "$sources"
   mv "$root.new" "$root"
 fi
 mkdir "$work/root"
