@@ -56,7 +56,10 @@ if(TYPESCOUT_CLI)
     foreach(shell bash zsh fish)
       set(script ${CMAKE_CURRENT_BINARY_DIR}/completions/${shell})
       add_custom_command(OUTPUT ${script}
-        COMMAND typescout_cli --completion ${shell} > ${script} DEPENDS typescout_cli VERBATIM)
+        # A program built for a package has no path to the library of its own.
+        COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=$<TARGET_FILE_DIR:typescout>
+          $<TARGET_FILE:typescout_cli> --completion ${shell} > ${script}
+        DEPENDS typescout_cli VERBATIM)
       list(APPEND scripts ${script})
       cmake_path(GET ${shell} PARENT_PATH folder)
       cmake_path(GET ${shell} FILENAME name)
