@@ -13,21 +13,21 @@ constexpr bool IsLineEndOrZero(char c) { return IsLineEnd(c) || c == '\0'; }
 // Whether one of the PIECE bytes at `at` is what is looked for. Without a branch on a byte's value,
 // so that the compiler can compare all at once.
 constexpr std::size_t PIECE = 16;
-template <bool IsSought(char)>
+template <bool IS_SOUGHT(char)>
 bool HasAny(std::string_view text, std::size_t at) {
   unsigned char any = 0;
-  for (const char c : text.substr(at, PIECE)) any |= static_cast<unsigned char>(IsSought(c));
+  for (const char c : text.substr(at, PIECE)) any |= static_cast<unsigned char>(IS_SOUGHT(c));
   return any != 0;
 }
 
 // The first such byte from `at` on and before `limit`, or `limit`.
-template <bool IsSought(char)>
+template <bool IS_SOUGHT(char)>
 std::size_t FindFirst(std::string_view text, std::size_t at, std::size_t limit) {
   for (const std::size_t near = std::min(at + PIECE, limit); at < near; ++at) {
-    if (IsSought(text[at])) return at;
+    if (IS_SOUGHT(text[at])) return at;
   }
-  while (at + PIECE <= limit && !HasAny<IsSought>(text, at)) at += PIECE;
-  while (at < limit && !IsSought(text[at])) ++at;
+  while (at + PIECE <= limit && !HasAny<IS_SOUGHT>(text, at)) at += PIECE;
+  while (at < limit && !IS_SOUGHT(text[at])) ++at;
   return at;
 }
 
@@ -52,8 +52,8 @@ void TextLineReader::SkipLinesBefore(std::size_t position) {
   while (begin >= at_ + PIECE && !HasAny<IsLineEnd>(text_, begin - PIECE)) begin -= PIECE;
   while (begin > at_ && !IsLineEnd(text_[begin - 1])) --begin;
   // From here to the position there is no line end, only lines that fill the capacity.
-  const std::size_t fullLine = capacity_ + 1;
-  at_ = position - begin < fullLine ? begin : position - (position - begin) % fullLine;
+  const std::size_t length = position - begin;
+  at_ = length <= capacity_ ? begin : position - length % (capacity_ + 1);
 }
 
 void MarkSearch::SearchFrom(std::size_t position) {
