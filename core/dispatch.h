@@ -11,7 +11,7 @@ namespace typescout {
 
 // Opens the compound document when the file is one, asks row after row, and stops at the first yes:
 // its filter identifier goes into `context->result`, its detector's answer is returned. 0 when no
-// row says yes. What a detector throws passes through. `context` has a head.
+// row accepts the file. What a detector throws passes through. `context` has a head.
 std::int32_t ScanRegistry(FileContext* context);
 
 // The same for the registry rows named by `indices`, in that order. An index outside the registry

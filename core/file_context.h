@@ -1,10 +1,9 @@
-// One call's record of itself: its own copy of the path, what it knows about the file, the result.
+// The state of one call: its own copy of the path, what it knows about the file, the result.
 #ifndef TYPESCOUT_CORE_FILE_CONTEXT_H
 #define TYPESCOUT_CORE_FILE_CONTEXT_H
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 
 #include "core/probe_context.h"
 #include "core/probed_file.h"

@@ -22,10 +22,10 @@ class ProbedFile {
   ProbedFile& operator=(const ProbedFile&) = delete;
 
   // Reads the head: the first HEAD_CAPACITY bytes of the open `file`, or all that it has. False,
-  // with no head, when fewer bytes come than the file's length promises or memory runs out.
+  // with no head, when fewer bytes come than the file is long or memory runs out.
   bool ReadHead(const FileOwner& file);
 
-  // Copies the caller's `length` bytes, which stand in for the head of a file that could not be
+  // Copies the caller's `length` bytes, which replace the head of a file that could not be
   // read. Nothing is known about the file then. False, with no head, when `bytes` is null, `length`
   // is negative or memory runs out.
   bool UseCallerBytes(const unsigned char* bytes, std::int32_t length);
@@ -48,8 +48,8 @@ class ProbedFile {
   enum class WhenLocked { GIVE_UP, SHARE };
 
   // The root of the file as a compound document; null when it is none or does not open. `path` may
-  // be null. The document is opened by the first call, so that nobody may write to it, and released
-  // with this object. When another program's lock prevents that, SHARE tries once more and allows
+  // be null. The first call opens the document and denies writing to other programs; this
+  // object releases it. When another program's lock prevents that, SHARE tries once more and allows
   // writing.
   IStorage* Document(const wchar_t* path, WhenLocked whenLocked);
 

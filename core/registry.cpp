@@ -19,13 +19,13 @@ namespace {
 // clang-format off
 constexpr auto ROWS = std::to_array<DetectorEntry>({
     // The first row never matches: identifiers that the registry does not know map to it.
-    {0x0700, DetectNever},              // never says yes
-    {0x0707, DetectNever},              // never says yes
-    // The paint program's TIFF files are claimed before any raster row sees them.
+    {0x0700, DetectNever},              // accepts no file
+    {0x0707, DetectNever},              // accepts no file
+    // The paint program's TIFF files are accepted before any raster row is asked.
     {0x0710, DetectPaintImage},         // "PXF7FILE" to "PXF9FILE"; the TIFF of that program
     {0x0301, DetectWindowsBitmap},      // "BM", then a header of 40 bytes
     {0x0305, DetectGif},                // "GIF87a" or "GIF89a" and blocks with one picture
-    // Says yes to TIFF headers too and is asked before the TIFF row: a full scan calls every TIFF 0x0306.
+    // Accepts TIFF headers too and is asked before the TIFF row: a full scan calls every TIFF 0x0306.
     {0x0306, DetectJpeg},               // the markers up to the frame header; a TIFF header
     {0x0318, DetectOs2Bitmap},          // "BM", then a header of 12 or 64 bytes
     {0x0509, DetectEps},                // "%!PS" and "EPSF" in line 1; a DOS header with a preview
@@ -34,7 +34,7 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x070A, DetectTarForm},            // RIFF form TAR
     {0x070D, DetectTechnicalDrawing},   // RIFF form ZRS; a ZIP file named .zrs
     {0x0712, DetectSymbolLibrary},      // RIFF form TSL; a ZIP file named .tsl
-    // PostScript jobs before Illustrator documents: each asks DetectIllustrator itself and steps aside.
+    // PostScript jobs come before Illustrator documents: the detector refuses what DetectIllustrator accepts.
     {0x050A, DetectPostScript},         // "%!", also behind a printer job's start; a DOS EPS header
     {0x0704, DetectVxrComp1},           // "VXRCOMP1"
     {0x0705, DetectVxrComp2},           // "VXRCOMP2"
@@ -55,7 +55,7 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x0302, DetectPcx},                // manufacturer 10, a known version, encoding 1
     {0x0308, DetectScitexCt},           // "CT" at 80, small numbers at 1024, 1027 and 1080
     {0x0304, DetectTiff},               // "II*\0" or "MM\0*"
-    // Each of the three says yes to Windows executables; cursors are asked first.
+    // Each of the three accepts Windows executables; cursors are asked first.
     {0x0311, DetectCursorResource},     // bytes 00 00 02 00; an executable's header
     {0x0310, DetectIconResource},       // bytes 00 00 01 00; an executable's header
     {0x0312, DetectExecutableResource}, // "MZ" and a Windows executable's header
@@ -64,11 +64,11 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x0317, DetectMacPaint},           // "PNTG" in a MacBinary header or none; a packed first line
     {0x0320, DetectFilter0320},         // "srcdocid"
     {0x0324, DetectPaintEps},           // "%!", a bounding box, the paint program and its version
-    {0x0321, DetectNever},              // never says yes
+    {0x0321, DetectNever},              // accepts no file
     {0x0322, DetectPng},                // the eight-byte signature
     // WebP stands twice, here and six rows on; look-ups find this one.
     {0x0339, DetectWebP},               // RIFF form WEBP
-    {0x0325, DetectNever},              // never says yes
+    {0x0325, DetectNever},              // accepts no file
     {0x0327, DetectFilter0327},         // the word 2 and, at 40, the number 1.8
     {0x0329, DetectXpm},                // "/* XPM */"
     {0x0330, DetectGimpXcf},            // "gimp xcf "
@@ -77,7 +77,7 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x0600, DetectAvi},                // RIFF form AVI
     {0x0607, DetectFlic},               // 0xAF11 or 0xAF12 at 4
     {0x060F, DetectMpeg},               // a pack, sequence or audio frame start code
-    {0x0610, DetectNever},              // never says yes
+    {0x0610, DetectNever},              // accepts no file
     {0x0614, DetectAnimatedCursor},     // RIFF form ACON
     {0x0616, DetectAnimatedGif},        // "GIF87a" or "GIF89a" and blocks with several pictures
     {0x0504, DetectFilter0504},         // FF FF and, at 6, 0 or 2
@@ -94,18 +94,18 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x0514, DetectEnhancedMetafile},   // " EMF" at 40
     {0x050F, DetectTavonMetafile},      // "@TavonMF"
     {0x0505, DetectFilter0505},         // records in groups between opening and closing marks
-    {0x060E, DetectNever},              // never says yes
+    {0x060E, DetectNever},              // accepts no file
     {0x0545, DetectPublisher},          // the name .pub and, in a document, its stream "Contents"
     {0x0513, DetectHgb3},               // "HGB3"
-    {0x0516, DetectNever},              // never says yes
-    {0x0512, DetectNever},              // never says yes
+    {0x0516, DetectNever},              // accepts no file
+    {0x0512, DetectNever},              // accepts no file
     {0x0536, DetectFilter0536},         // a signature of 17 bytes
-    {0x0517, DetectNever},              // never says yes
+    {0x0517, DetectNever},              // accepts no file
     {0x0523, DetectVisio},              // "Visio (TM) Drawing" at the start of an early sector
     {0x0541, DetectSvg},                // "<svg" in the first 2,048 bytes
     {0x0530, DetectDwg},                // "AC1000" to "AC1029"
     {0x0531, DetectMakerVector},        // "MakerVector" at 1
-    {0x053B, DetectNever},              // never says yes
+    {0x053B, DetectNever},              // accepts no file
     {0x0617, Detect3dmfOrVrml},         // "3DMF", "#VRML" or "3DMetafile"
     {0x0814, DetectWordDocument8},      // the stream "WordDocument", format version 8
     {0x0801, DetectWordDocument6},      // the stream "WordDocument", format versions 6 and 7
@@ -126,7 +126,7 @@ constexpr auto ROWS = std::to_array<DetectorEntry>({
     {0x0902, DetectSevenBitText},       // the first 5,000 bytes: ASCII text of short lines
     {0x0904, DetectShortLineText},      // the first 5,000 bytes: text of short lines
     {0x0900, DetectShortLineText},      // the first 5,000 bytes: text of short lines
-    // Behind the text rows: what is text for them never gets here.
+    // After the text rows: a full scan asks these only about files that are no text.
     {0x060B, DetectHgb1},               // "HGB1"
     {0x0615, DetectHtml},               // "<title>" or "<TITLE>" in the first 1,024 bytes
     {0x0601, DetectWave},               // RIFF form WAVE

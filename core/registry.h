@@ -23,7 +23,7 @@ inline int RegistrySize() { return static_cast<int>(DetectorRegistry.size()); }
 inline constexpr const wchar_t* DRAWING_OBJECT_CLASS = L"{DE14F420-AC1C-11CE-BE26-DB67235E2689}";
 inline constexpr FilterId DRAWING_OBJECT = 0x0706;
 
-// Says no to every file. Its rows are identifiers that applications know but no file is ever
+// Accepts no file. Its rows are identifiers that applications know but no file is ever
 // reported as; row 0 is one of them, so that an unknown identifier, which maps to 0, never matches.
 std::int32_t DetectNever(const ProbeContext* probe);
 

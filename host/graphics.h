@@ -1,4 +1,4 @@
-// The suite's graphics library, of which one question is asked.
+// The suite's graphics library, of which one function is used.
 #ifndef TYPESCOUT_HOST_GRAPHICS_H
 #define TYPESCOUT_HOST_GRAPHICS_H
 

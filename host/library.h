@@ -6,11 +6,11 @@
 
 namespace TvnUtils {
 
-// A loadable module. A bare name is looked for beside the typescout module itself (on Windows in
-// the system folder too), an absolute path where it says; either without an extension gets the
-// platform's. The current folder and the loader's search path are never looked at. Which modules
-// are refused is said in host/posix/trusted_module.h and host/windows/library.cpp. On POSIX a
-// module that the process has already loaded by the very path is not looked at again.
+// A loadable module. A bare name is looked for beside the typescout module (on Windows in the
+// system folder too), an absolute path at its place. A name without an extension gets the
+// platform's. The current folder and the loader's search path are not searched.
+// host/posix/trusted_module.h and host/windows/library.cpp say which modules are refused. On POSIX
+// a module that the process has already loaded by the same path is used without a check.
 class TvnLibrary {
  public:
   // Loads nothing yet.
@@ -18,7 +18,7 @@ class TvnLibrary {
   TvnLibrary(const TvnLibrary&) = delete;
   TvnLibrary& operator=(const TvnLibrary&) = delete;
   // A module that is still loaded stays in memory until the process ends: an exception is leaving
-  // its user, and the exception's type and destructor may be the module's. On every other way out
+  // its user, and the exception's type and destructor may be the module's. In every other case
   // call Unload().
   ~TvnLibrary();
 

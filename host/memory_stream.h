@@ -6,7 +6,7 @@
 
 namespace TvnUtils {
 
-// A read position in bytes that somebody else owns and keeps alive. Copies move on independently.
+// A read position in bytes that the caller owns and keeps alive. Copies move independently.
 class Stream {
  public:
   // Reads up to `count` bytes into `bytes`; returns how many came.

@@ -1,5 +1,4 @@
-// Owner objects for what the host hands out. Each gives its resource back when it goes out of
-// scope.
+// Owner objects for the host's resources. Each releases its resource at the end of its scope.
 #ifndef TYPESCOUT_HOST_OWNERS_H
 #define TYPESCOUT_HOST_OWNERS_H
 

@@ -17,7 +17,7 @@ TvnPlatform::TvnStringT<wchar_t> GetExtension(const wchar_t* path);
 TvnPlatform::TvnStringT<wchar_t> GetUpperExtension(const wchar_t* path);
 
 // `directory` and `file` joined, with one separator between them. An empty directory gives an empty
-// path: the current folder is never meant.
+// path: it never means the current folder.
 TvnPlatform::TvnStringT<wchar_t> Combine(const wchar_t* directory, const wchar_t* file);
 
 }  // namespace SystemIO::Path

@@ -31,8 +31,6 @@ inline constexpr HRESULT STG_E_INVALIDFUNCTION = MakeFailure(0x80030001);
 inline constexpr HRESULT STG_E_FILENOTFOUND = MakeFailure(0x80030002);
 inline constexpr HRESULT STG_E_ACCESSDENIED = MakeFailure(0x80030005);
 inline constexpr HRESULT STG_E_INSUFFICIENTMEMORY = MakeFailure(0x80030008);
-inline constexpr HRESULT STG_E_INVALIDPOINTER = MakeFailure(0x80030009);
-inline constexpr HRESULT STG_E_READFAULT = MakeFailure(0x8003001E);
 inline constexpr HRESULT STG_E_LOCKVIOLATION = MakeFailure(0x80030021);
 inline constexpr HRESULT STG_E_INVALIDHEADER = MakeFailure(0x800300FB);
 inline constexpr HRESULT CO_E_CLASSSTRING = MakeFailure(0x800401F3);
@@ -76,13 +74,13 @@ struct IStorage : IUnknown {
   ~IStorage() = default;
 };
 
-// S_OK when the file is a compound document, S_FALSE when it is not, a failure when it cannot be
-// told.
+// S_OK when the file is a compound document, S_FALSE when it is not, a failure code when
+// the file cannot be read.
 HRESULT StgIsStorageFile(const wchar_t* path);
 
 // Opens a compound document for reading; `priority` and `exclusions` null, `reserved` 0. On failure
 // `*storage` is null. The caller releases the storage. A document whose structure could keep the
-// system's reader from coming to an end is refused: STG_E_INVALIDHEADER.
+// system's reader from ending is refused: STG_E_INVALIDHEADER.
 HRESULT StgOpenStorage(const wchar_t* path, IStorage* priority, std::uint32_t mode,
                        wchar_t** exclusions, std::uint32_t reserved, IStorage** storage);
 

@@ -1,5 +1,5 @@
 // The six functions as the Windows module exports them (typescout.def): the same, except for how
-// exceptions leave.
+// exceptions leave; and what is released when the module is unloaded.
 //
 // A program of another compiler's sees our exceptions as structured ones and drops the stack frames
 // below its own. Our runtime would run the destructors of these frames and then not know where to
@@ -12,7 +12,15 @@
 #include "host/library.h"
 #include "typescout/typescout.h"
 
+namespace __gnu_cxx {
+void __freeres();
+}
+
 namespace {
+
+// The C++ runtime, which is part of the module, keeps memory for exceptions in case that there is
+// none (libstdc++, eh_alloc.cc). It leaves that to the end of the process.
+[[gnu::destructor]] void ReleaseRuntimesMemory() { __gnu_cxx::__freeres(); }
 
 // An exception that is thrown again. Its frames have nothing to destroy: the reference is released
 // by the system's unwind handler, and std::rethrow_exception is called through a type without a

@@ -12,15 +12,15 @@ namespace {
 // The last three are what the filters 0x0902, 0x0903 and 0x0901 are for.
 enum class TextClass { NOT_TEXT, SEVEN_BIT, EIGHT_BIT, OTHER };
 
-// What text does not hold: control characters other than tab, line feed, form feed and carriage
-// return. Without a branch, so that the compiler can look at many bytes at once.
+// Bytes that text does not hold: control characters other than tab, line feed, form feed and
+// carriage return. Without a branch, so that the compiler can look at many bytes at once.
 bool IsForeign(std::uint8_t byte) {
   return (byte < ' ') & (byte != '\t') & (byte != '\n') & (byte != '\f') & (byte != '\r');
 }
 
 // The highest byte of the text; nothing when it holds a foreign one.
 std::optional<std::uint8_t> HighestByte(std::string_view text) {
-  constexpr std::size_t BLOCK = 512;  // looked at as a whole, so that what is no text ends soon
+  constexpr std::size_t BLOCK = 512;  // checked as a whole, so that other content is refused early
   std::uint8_t highest = 0;
   for (; !text.empty(); text.remove_prefix(std::min(BLOCK, text.size()))) {
     std::uint8_t foreign = 0;

@@ -1,7 +1,7 @@
 // GIF, with one picture or several. CompuServe GIF89a, sections 17 to 27.
 //
-// How many pictures a file holds can only be told by walking its blocks to the second one or to the
-// end; where they run past the head, the walk goes on in the file itself.
+// To count the pictures, the blocks are walked to the second picture or to the end. Where they run
+// past the head, the walk continues in the file.
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -46,7 +46,7 @@ class FileBytes {
     windowEnd_ = END;  // unless there is more, zeros from here on
     const auto start = static_cast<std::uint64_t>(to);
     if (start >= file_.Length()) return;
-    file_.SeekTo(start);                          // a seek that fails shows in what is read
+    file_.SeekTo(start);                          // a failed seek is noticed by the read
     const std::uint64_t length = file_.Length();  // 0 when the file did not open
     if (start >= length) return;
     const std::uint64_t count = std::min(WINDOW_SIZE, length - start);
@@ -93,8 +93,8 @@ Position SkipExtension(FileBytes& bytes, Position at) {
   }
 }
 
-// The number of pictures, counted up to 2. Whatever is no block ends the walk with the count so
-// far.
+// The number of pictures, counted up to 2. A byte that begins no block ends the walk with the count
+// so far.
 int CountGifImages(const ProbeContext* probe) {
   constexpr Position SCREEN_FLAGS = 10;
   constexpr Position FIRST_BLOCK = 13;

@@ -35,7 +35,7 @@ int ParseInteger(std::string_view text) {
 }
 
 // The program's major version, from the text that begins with its name; 0 when there is none. It
-// follows the maker's name and the program's, with whatever is joined to that.
+// follows the maker's and the program's name and any characters attached to the latter.
 int ReadVersion(std::string_view text) {
   constexpr std::size_t LONGEST = 260;
   text = text.substr(0, LONGEST);

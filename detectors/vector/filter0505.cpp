@@ -5,7 +5,7 @@ namespace typescout {
 namespace {
 
 // A position in a run of records. A record is a type byte, a length byte and as many bytes as that
-// one says.
+// byte gives.
 class RecordWalk {
  public:
   explicit RecordWalk(ByteView head) : head_(head) {}

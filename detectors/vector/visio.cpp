@@ -15,7 +15,7 @@ ByteView::Position FindHeader(ByteView head) {
 
 }  // namespace
 
-// The first header decides, whatever a later one says.
+// The first header decides; later ones are ignored.
 std::int32_t DetectVisio(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   if (head.size() < 540) return 0;

@@ -5,7 +5,7 @@
 namespace compound {
 namespace {
 
-// As much of the directory is read at once.
+// How many bytes of the directory are read at once.
 constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
 constexpr std::size_t LONGEST_NAME = 31;
 

@@ -86,9 +86,8 @@ class Links {
 // Everything here may throw std::bad_alloc and nothing else.
 class Directory {
  public:
-  // Of a larger directory only the first entries are searched. Neither are those searched that lie
-  // behind the place where half of what the document may cost is spent: something must be left for
-  // the streams.
+  // Of a larger directory only this many entries are searched. Reading also stops when half of the
+  // document's jumps are used, so that the rest is left for the streams.
   static constexpr std::size_t MOST_ENTRIES = std::size_t{1} << 15;
 
   // `sectors` must outlive the directory.

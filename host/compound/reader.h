@@ -1,9 +1,9 @@
 // Our own reader of compound documents. [MS-CFB], "Compound File Binary File Format".
 //
-// It reads by position and as late as it can: what is not followed does not matter, and counts in
-// the header are not looked at. Every chain is followed forward and ends at the first sector that
-// lies outside the file or was there before, so a damaged chain gives a short read. What a document
-// can cost is bounded whatever its size (FileSectors::MOST_JUMPS, Directory::MOST_ENTRIES).
+// It reads by position and only what a call needs. Damage elsewhere has no effect, and the counts
+// in the header are ignored. Every chain is followed forward and ends at the first sector that lies
+// outside the file or was there before, so a damaged chain gives a short read. What a document can
+// cost is bounded whatever its size (FileSectors::MOST_JUMPS, Directory::MOST_ENTRIES).
 #ifndef TYPESCOUT_HOST_COMPOUND_READER_H
 #define TYPESCOUT_HOST_COMPOUND_READER_H
 

@@ -10,7 +10,8 @@ constexpr std::size_t DIFAT_IN_HEADER = 109;
 // Sectors of the allocation table that can be found: the table of a file of 2 GB in sectors of 512
 // bytes, beyond which version 3 does not go, or of 128 GB in larger ones.
 constexpr std::size_t MOST_TABLE_SECTORS = std::size_t{1} << 15;
-// Of the allocation table, as much is kept, and as much is read at once where it lies in one piece.
+// How many bytes of the allocation table are kept, and how many are read at once where they lie in
+// one piece.
 constexpr std::size_t TABLE_CACHE_SIZE = std::size_t{1} << 16;
 constexpr std::size_t TABLE_READ_SIZE = 4096;
 

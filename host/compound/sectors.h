@@ -154,7 +154,7 @@ class Chain {
 // The sectors of the file, below its header.
 class FileSectors final : public Sectors {
  public:
-  // What a document may cost: so many reads of the allocation tables and jumps of chains in all.
+  // The most reads of the allocation tables and jumps of chains, in all, for one document.
   // That keeps the time within milliseconds and the memory within a megabyte. A scan of documents
   // of 28 MB or with 5,000 streams, written by LibreOffice and libgsf, takes fewer than 30 reads.
   static constexpr std::size_t MOST_JUMPS = 700;

@@ -15,7 +15,7 @@
 namespace memory_host {
 namespace {
 
-// Notes the call; the fault that a test has laid on this very one, or none.
+// Counts the call. Returns the fault that a test has set for it, or none.
 std::optional<Fault> Note(Call call) {
   const Uncounted own;
   Machine& machine = TheMachine();
@@ -147,7 +147,7 @@ class Storage final : public IStorage {
                      std::uint32_t reserved2, IStream** stream) override {
     const Uncounted own;
     *stream = nullptr;
-    // The system, too, opens streams for one reader alone or not at all.
+    // Like the system, this opens streams for exclusive reading only.
     if (mode != (STGM_READ | STGM_SHARE_EXCLUSIVE) || reserved1 != nullptr || reserved2 != 0) {
       return STG_E_INVALIDFUNCTION;
     }

@@ -1,4 +1,4 @@
-// A machine in memory, for tests: the host headers answered from files, compound documents and
+// The host for tests, a machine in memory: it answers from files, compound documents and
 // modules that a test lays out, with faults on demand and a count of what is open.
 //
 // There is one such machine in a program that links this host. It is not for several threads.
@@ -58,9 +58,9 @@ struct Fault {
 
 struct Machine {
   std::map<std::wstring, std::string> files;
-  std::map<std::wstring, std::uint64_t> lengths;  // said of a file in place of its real length
-  // Gives the bytes of a file from `position` on that lie behind its content but within its said
-  // length. Unset: there are none.
+  std::map<std::wstring, std::uint64_t> lengths;  // reported instead of the real length
+  // Gives the bytes of a file from `position` on that lie behind its content but within its
+  // reported length. Unset: there are none.
   std::function<void(std::uint64_t position, std::span<char> bytes)> fillBeyondContent;
   std::map<std::wstring, Document>
       documents;  // the files of these paths open as compound documents

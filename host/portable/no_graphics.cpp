@@ -1,4 +1,4 @@
-// Stands in for the graphics library where a build has none.
+// Replaces the graphics library in a build without one.
 #include "host/graphics.h"
 
 bool BUDI_IsBUDI(TvnUtils::Stream /*stream*/) { return false; }

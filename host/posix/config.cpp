@@ -8,7 +8,7 @@
 #include "host/posix/wide_path.h"
 
 TvnPlatform::TvnStringT<wchar_t> TvnConfig::INIGetFiltersDir() {
-  // secure_getenv: in a setuid program, whoever started it must not choose what it loads.
+  // secure_getenv: in a setuid program, the user who started it must not choose what it loads.
   if (const char* set = secure_getenv("TVN_FILTERS_DIR"); set != nullptr && *set != '\0') {
     return posix_host::WidePath(set);
   }

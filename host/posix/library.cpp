@@ -18,9 +18,9 @@
 
 namespace {
 
-// One thread at a time is in the loader for us, and fork() waits for it. Otherwise the new process
-// could get the loader in the middle of its work, where each further use of it fails or waits for
-// ever. Recursive, since a module's initialisation may call fork() or this library.
+// Only one thread at a time uses the loader here, and fork() waits for it. Otherwise the new
+// process could inherit the loader in the middle of its work, and each further use would fail or
+// block. Recursive, since a module's initialisation may call fork() or this library.
 class LoaderLock {
  public:
   LoaderLock() { Lock(); }
@@ -28,17 +28,25 @@ class LoaderLock {
   LoaderLock& operator=(const LoaderLock&) = delete;
   ~LoaderLock() { Unlock(); }
 
-  // Has fork() wait. It does without when memory runs out.
-  static int Register() { return pthread_atfork(Lock, Unlock, Renew); }
+  // Makes fork() wait for the lock. When memory runs out, fork() does not wait.
+  static int Register() {
+    Renew();
+    return pthread_atfork(Lock, Unlock, Renew);
+  }
 
  private:
   static void Lock() { pthread_mutex_lock(&mutex); }
   static void Unlock() { pthread_mutex_unlock(&mutex); }
-  // In the new process the thread has another number than the one that holds the mutex.
-  static void Renew() { mutex = UNLOCKED; }
+  // In the new process the thread has another number, so it cannot unlock the mutex.
+  static void Renew() {
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&mutex, &attributes);
+    pthread_mutexattr_destroy(&attributes);
+  }
 
-  static constexpr pthread_mutex_t UNLOCKED = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
-  static inline pthread_mutex_t mutex = UNLOCKED;
+  static inline pthread_mutex_t mutex;
 };
 
 [[maybe_unused]] const int REGISTERED = LoaderLock::Register();

@@ -10,7 +10,7 @@ namespace posix_host {
 // into), without symbolic links and with a '/' at its end; empty when it cannot be found out.
 const std::string& ModuleFolder();
 
-// The same of whatever module or program holds `address`.
+// The same for the module or program that contains `address`.
 std::string FolderOf(const void* address);
 
 }  // namespace posix_host

@@ -1,6 +1,7 @@
 #include "host/posix/regular_file.h"
 
 #include <fcntl.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,18 +29,29 @@ bool RegularFile::Open(const wchar_t* path) {
     errno = EINVAL;
     return false;
   }
-  // Opening a pipe wakes a writer that waits on it, and opening a device can do anything. So ask
-  // first, and again afterwards, since the name may have come to mean another file in between.
+  // Opening a pipe wakes a writer that waits on it, and opening a device may have side effects. So
+  // the kind is checked first, and again after opening, since another file may have the name by
+  // then.
   struct stat status;
   if (stat(bytes.get(), &status) != 0) return false;
   if (!S_ISREG(status.st_mode)) {
     errno = EINVAL;
     return false;
   }
-  descriptor_ = OpenForReading(bytes.get(), O_NONBLOCK);
-  // Another process holds a lease on the file. The system has it give the lease up, and takes it
-  // away after a while: wait for that.
-  if (descriptor_ < 0 && errno == EAGAIN) descriptor_ = OpenForReading(bytes.get(), 0);
+  // Reading leaves the time of access as it is where that is allowed: to the file's owner and to
+  // root. In a container root may own less than it seems.
+  // The user is the one whom the program was started for: no call of the system, and if it is
+  // another one by now, opening fails or the time changes.
+  const auto user = static_cast<uid_t>(getauxval(AT_EUID));
+  int keepTime = user == status.st_uid || user == 0 ? O_NOATIME : 0;
+  descriptor_ = OpenForReading(bytes.get(), O_NONBLOCK | keepTime);
+  if (descriptor_ < 0 && errno == EPERM && keepTime != 0) {
+    keepTime = 0;
+    descriptor_ = OpenForReading(bytes.get(), O_NONBLOCK);
+  }
+  // Another process holds a lease on the file. The system asks it to give up the lease and revokes
+  // the lease after a while: wait for that.
+  if (descriptor_ < 0 && errno == EAGAIN) descriptor_ = OpenForReading(bytes.get(), keepTime);
   if (descriptor_ < 0) return false;
   if (fstat(descriptor_, &status) != 0) {
     Close();
@@ -57,7 +69,7 @@ bool RegularFile::Open(const wchar_t* path) {
 void RegularFile::Close() {
   if (descriptor_ >= 0) {
     const int error = errno;
-    close(descriptor_);  // gone even when interrupted
+    close(descriptor_);  // closed even when interrupted
     errno = error;
   }
   descriptor_ = -1;
@@ -74,7 +86,7 @@ std::size_t RegularFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t c
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
-    if (offset + done == size_) break;  // nothing more to come: no need to ask
+    if (offset + done == size_) break;  // the end of the file: no further read is needed
   }
   return done;
 }

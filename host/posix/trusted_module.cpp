@@ -9,7 +9,7 @@
 namespace posix_host {
 namespace {
 
-// What may stand in the way of other users when the mode lets them write.
+// Which folders other users may write to.
 enum class Allow { NOBODY_ELSE, STICKY };
 
 // Whether root or the effective user alone decides what is there.

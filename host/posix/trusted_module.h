@@ -12,10 +12,10 @@ namespace posix_host {
 // - a relative path, whose meaning depends on the current folder,
 // - a '$' in the path, which the loader might expand ($ORIGIN, $LIB, $PLATFORM),
 // - anything but a regular file (opening a pipe would block),
-// - a file that somebody other than its owner may write to, or whose owner is neither root nor the
+// - a file that users other than its owner may write to, or whose owner is neither root nor the
 //   effective user; the same for the folder that holds it and for each folder above. A folder above
-//   the module's own may be writable by everybody when its sticky bit is set, as /tmp is: nobody
-//   can replace other people's folders there.
+//   the module's own may be writable by all users when its sticky bit is set, as /tmp is: there
+//   only the owner of a folder can replace it.
 //
 // Costs one stat(), and no memory, when there is no such file. May throw std::bad_alloc.
 std::string TrustedModule(const char* path);

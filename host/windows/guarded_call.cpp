@@ -1,5 +1,5 @@
 // A call whose stack frame has an unwind handler of the system's. The compiler's own frames have
-// the handler of its C++ runtime, which leaves alone what is no exception of that runtime's.
+// the handler of its C++ runtime, which ignores exceptions of other runtimes.
 #include <windows.h>
 
 #include "host/library.h"
@@ -20,7 +20,7 @@ struct GuardedFrame {
 
 }  // namespace
 
-// Called by the system while it unwinds the stack for an exception that somebody will catch.
+// Called by the system while it unwinds the stack for an exception that will be caught.
 extern "C" [[gnu::used]] EXCEPTION_DISPOSITION typescout_guarded_frame_left(
     EXCEPTION_RECORD* exception, void* stackPointer, CONTEXT* /*context*/, void* /*dispatcher*/) {
   const DWORD code = exception->ExceptionCode;

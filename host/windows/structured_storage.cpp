@@ -1,4 +1,5 @@
-// Compound documents are opened by the system, but only those that it comes to an end with.
+// Compound documents are opened by the system, except those whose structure keeps its reader from
+// ending.
 #include "host/structured_storage.h"
 
 #include <algorithm>
@@ -35,8 +36,9 @@ class FileSource final : public compound::ByteSource {
   typescout::FileOwner file_;
 };
 
-// Whether the system can be trusted with the file: its reader follows circles without end. What
-// cannot be opened here, or has another signature, it refuses or reads without looking further.
+// Whether the system's reader ends with the file: it follows circles without end. A file that
+// cannot be opened here or has another signature is left to the system, which refuses it or reads
+// no further.
 bool IsSafe(const wchar_t* path) {
   std::unique_ptr<FileSource> file(new (std::nothrow) FileSource);
   if (file == nullptr) return false;

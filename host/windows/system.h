@@ -1,4 +1,4 @@
-// Folders, settings and paths, as the system tells them. Every function here may throw
+// Folders, settings and paths, as the system gives them. Every function here may throw
 // std::bad_alloc and nothing else.
 #ifndef TYPESCOUT_HOST_WINDOWS_SYSTEM_H
 #define TYPESCOUT_HOST_WINDOWS_SYSTEM_H

@@ -8,7 +8,7 @@
 // 0.
 //
 // The library has a registry of rows, each a filter identifier and a test. A scan asks the rows in
-// order; the first that says yes decides.
+// order; the first that accepts the file decides.
 //
 // State and threads. No function keeps anything between calls or needs a set-up or a shutdown. All
 // may be called from any thread at any time.
@@ -23,9 +23,9 @@
 // module DCRaw beside this library, 0x0535 (PDF) the module TvnPDFImport in the folder `filters`
 // beside it or in the one that the environment variable TVN_FILTERS_DIR names. The variable must
 // hold an absolute path and is ignored in a setuid program. A module is loaded into the calling
-// process and runs there, on the calling thread. On Unix-like systems it is not loaded when anybody
-// but root and the effective user may change or replace it. Without the modules no file is camera
-// raw, and every PDF file is 0x0535.
+// process and runs there, on the calling thread. On Unix-like systems it is not loaded when users
+// other than root and the effective user may change or replace it. Without the modules no file is
+// camera raw, and every PDF file is 0x0535.
 //
 // Exceptions. When a GIF file becomes shorter while it is examined, or cannot be read on, the four
 // functions that take a path throw the int 0, with everything released. What a module throws passes
@@ -60,7 +60,7 @@
 #endif
 
 // On Windows the exported names are those that the platform's own compiler gives these functions;
-// other compilers are told the names.
+// for other compilers they are given here.
 #if defined(_WIN32) && defined(__clang__) && !defined(_MSC_VER)
 #define TYPESCOUT_NAME(decorated) __asm__(decorated)
 #elif defined(_WIN32) && !defined(_MSC_VER)
@@ -69,8 +69,8 @@
 #define TYPESCOUT_NAME(decorated)
 #endif
 
-// Asks every row of the registry in order and returns the identifier of the first that says yes; 0
-// when none does, when the file cannot be read, or when `path` is null.
+// Asks every row of the registry in order and returns the identifier of the first that accepts the
+// file; 0 when none does, when the file cannot be read, or when `path` is null.
 //
 // One answer comes before all rows: a compound document whose root has the class identifier
 // {DE14F420-AC1C-11CE-BE26-DB67235E2689} is the suite's drawing object, 0x0706. No row has this
@@ -83,13 +83,13 @@
 TYPESCOUT_API int TypeScoutFile(const wchar_t* path) TYPESCOUT_NAME("?TypeScoutFile@@YAHPEB_W@Z");
 
 // Asks only the rows of the filters in `ids`, in the caller's order, and returns the identifier of
-// the first that says yes; 0 when none does.
+// the first that accepts the file; 0 when none does.
 //
 //   path               the file, or null
 //   ids                `count` filter identifiers. REWRITTEN in place: after the call each element
 //                      is the index of the first registry row with that identifier, 0 where there
-//                      is none (row 0 never says yes). Left as it was when the file cannot be read
-//                      and the buffer below cannot stand in for it. Null is an empty list.
+//                      is none (row 0 accepts no file). Left as it was when the file cannot be read
+//                      and the buffer below cannot replace it. Null is an empty list.
 //   count              0 or less is an empty list, to which the answer is 0
 //   bufLen, buf        the first `bufLen` bytes of the content, examined only when the file cannot
 //                      be read; never kept or written to. `buf` may be null; a negative `bufLen` is
@@ -116,7 +116,7 @@ TYPESCOUT_API int CheckFiltersFromList(wchar_t* path, int* const indices, int co
                                        unsigned char* buf, int requestedFilterId)
     TYPESCOUT_NAME("?CheckFiltersFromList@@YAHPEA_WQEAHHHPEAEH@Z");
 
-// 1 when a row of the filter `filterId` says yes to the file at `path`, else 0; 0 for 0x0706, which
+// 1 when a row of the filter `filterId` accepts the file at `path`, else 0; 0 for 0x0706, which
 // has no row. `requestedFilterId` is as above: it does not follow from `filterId`, so a caller that
 // means to open the file with that filter gives it twice. Since "nothing found" is 0, a `filterId`
 // of 0 answers 1 for every path.
@@ -132,7 +132,7 @@ TYPESCOUT_API int CheckOneFilter(const wchar_t* path, int filterId, int requeste
 //
 //   wchar_t path[] = L"holiday.gif";
 //   for (int row = 0; row < GetNumTypeScoutProcs(); ++row) {
-//     if (CheckFiltersFromList(path, &row, 1, 0, 0, 0)) std::printf("row %d says yes\n", row);
+//     if (CheckFiltersFromList(path, &row, 1, 0, 0, 0)) std::printf("row %d accepts it\n", row);
 //   }
 TYPESCOUT_API int GetNumTypeScoutProcs() TYPESCOUT_NAME("?GetNumTypeScoutProcs@@YAHXZ");
 
