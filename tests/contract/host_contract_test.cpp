@@ -1,4 +1,4 @@
-// What every host owes the library. Built against the machine's own host and against the one in
+// The contract of every host. Built against the machine's own host and against the one in
 // memory, so that they cannot drift apart.
 #include <gtest/gtest.h>
 
@@ -73,12 +73,10 @@ TEST(HostFile, ReadsFromItsPosition) {
   EXPECT_EQ(Read(file, 0), "");
   EXPECT_EQ(Read(file, 1), "0");
 
-  EXPECT_TRUE(file.SeekTo(7));
-  EXPECT_EQ(Read(file, 9), "789");
-  EXPECT_TRUE(file.SeekTo(0));
-  EXPECT_EQ(Read(file, 1), "0");
-  EXPECT_TRUE(file.SeekTo(10));
-  EXPECT_EQ(Read(file, 9), "");
+  for (const unsigned at : {7u, 0u, 10u}) {
+    EXPECT_TRUE(file.SeekTo(at));
+    EXPECT_EQ(Read(file, 11), std::string("0123456789").substr(at));
+  }
   EXPECT_FALSE(file.SeekTo(11));
   EXPECT_FALSE(file.SeekTo(0xFFFFFFFF));
 }
@@ -115,11 +113,7 @@ TEST(HostStrings, CompareWithoutCase) {
 }
 
 TEST(HostPath, KnowsExtensions) {
-  const struct {
-    const wchar_t* path;
-    const wchar_t* extension;
-    const wchar_t* upper;
-  } CASES[] = {
+  const wchar_t* const CASES[][3] = {
       {L"a.pdf", L".pdf", L".PDF"},
       {L"/b.c/a.Zr4", L".Zr4", L".ZR4"},
       {L"b.c\\a", L"", L""},
@@ -131,9 +125,9 @@ TEST(HostPath, KnowsExtensions) {
       {L"C:\\x\\y.pub", L".pub", L".PUB"},
       {L"a.\u00E9i", L".\u00E9i", L".\u00E9I"},
   };
-  for (const auto& c : CASES) {
-    EXPECT_EQ(SystemIO::Path::GetExtension(c.path).View(), c.extension) << c.path;
-    EXPECT_EQ(SystemIO::Path::GetUpperExtension(c.path).View(), c.upper) << c.path;
+  for (const auto& [path, extension, upper] : CASES) {
+    EXPECT_EQ(SystemIO::Path::GetExtension(path).View(), extension) << path;
+    EXPECT_EQ(SystemIO::Path::GetUpperExtension(path).View(), upper) << path;
   }
   EXPECT_TRUE(SystemIO::Path::HasExtension(L"x/a.VXR", L".vxr"));
   EXPECT_TRUE(SystemIO::Path::HasExtension(L"x\\.vxr", L".vxr"));

@@ -1,7 +1,7 @@
 // ask_from LIBRARY FOLDER PATH FILTER: loads the typescout module by the name LIBRARY, makes FOLDER
 // the current folder, asks about one filter and ends with the answer. Ends with THROWN when a
 // module threw an exception of its own class, whose functions could still be called; with IS_SECURE
-// in place of an answer when LIBRARY is "-" and the environment is not to be trusted.
+// in place of an answer when LIBRARY is "-" and the program is setuid.
 #include <dlfcn.h>
 #include <sys/auxv.h>
 #include <unistd.h>

@@ -58,11 +58,13 @@ class SystemFaults : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     folder = new TempFolder;
-    fs::create_directories(folder->path() / "filters");
-    fs::permissions(folder->path() / "filters", fs::perms::owner_all);
-    fs::copy_file(TEST_MODULE_FILE, folder->path() / "filters/TvnPDFImport.so");
-    fs::permissions(folder->path() / "filters/TvnPDFImport.so", fs::perms::owner_all);
-    setenv("TVN_FILTERS_DIR", (folder->path() / "filters").c_str(), 1);
+    const fs::path modules = folder->path() / "filters";
+    fs::create_directories(modules);
+    fs::copy_file(TEST_MODULE_FILE, modules / "TvnPDFImport.so");
+    for (const fs::path& path : {modules, modules / "TvnPDFImport.so"}) {
+      fs::permissions(path, fs::perms::owner_all);
+    }
+    setenv("TVN_FILTERS_DIR", modules.c_str(), 1);
     // Of each filter, the first plain file and the first document that its row accepts.
     std::set<std::pair<FilterId, bool>> filters;
     for (const Sample& sample : AllSamples()) {
@@ -101,7 +103,7 @@ class SystemFaults : public testing::Test {
       const int answer = CheckFiltersFromList(file.path.data(), &row, 1, 0, nullptr, 0);
       file.possible.insert(answer);
     }
-    // A document that does not open may be a Publisher file by its name, and a PDF file is a yes
+    // A document that does not open may be a Publisher file by its name, and a PDF file is accepted
     // when the module cannot be asked. A GIF that comes back short throws.
     if (file.IsDocument() && path.ends_with(L".pub")) file.possible.insert(0x0545);
     if (bytes.starts_with("%PDF-")) file.possible.insert({0x0535, 0x0503});
@@ -141,14 +143,14 @@ class SystemFaults : public testing::Test {
 
 TEST_F(SystemFaults, LeaveNothingOpenAndNoWrongAnswer) {
   for (const bool onwards : {false, true}) {
-    for (const int error : {EIO, EACCES, EMFILE, ENOENT}) {
-      MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = error}, false);
+    for (const int error : {EIO, EACCES, EMFILE, ENOENT, EAGAIN}) {
+      MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = error},
+                     error == EAGAIN);
     }
-    MeetEverywhere({.call = SystemCall::OPEN, .onwards = onwards, .error = EAGAIN}, true);
-    MeetEverywhere({.call = SystemCall::STAT, .onwards = onwards, .error = EIO}, false);
-    MeetEverywhere({.call = SystemCall::FSTAT, .onwards = onwards, .error = EIO}, false);
-    MeetEverywhere({.call = SystemCall::READ, .onwards = onwards, .error = EIO}, false);
-    MeetEverywhere({.call = SystemCall::CLOSE, .onwards = onwards, .error = EIO}, true);
+    for (const auto call :
+         {SystemCall::STAT, SystemCall::FSTAT, SystemCall::READ, SystemCall::CLOSE}) {
+      MeetEverywhere({.call = call, .onwards = onwards, .error = EIO}, call == SystemCall::CLOSE);
+    }
   }
 }
 
@@ -167,7 +169,7 @@ TEST_F(SystemFaults, LetNoPipeBeRead) {
   }
 }
 
-// To open a pipe would wake the program that waits for somebody to read from it.
+// Opening a pipe would wake the program that waits for a reader.
 TEST_F(SystemFaults, OpenNothingButRegularFiles) {
   const auto at = [](const char* name) { return (folder->path() / name).string(); };
   ASSERT_EQ(mkfifo(at("pipe").c_str(), 0600), 0);
@@ -249,9 +251,8 @@ std::string Row(const std::string& kind, const Costs& costs) {
 
 // The table's row of this kind in docs/guarantees.md; GUARANTEES=write replaces it.
 Costs PromisedCosts(const std::string& kind, const Costs& measured) {
-  std::stringstream read;
-  read << std::ifstream(GUARANTEES_FILE).rdbuf();
-  std::string document = read.str();
+  std::ifstream file(GUARANTEES_FILE);
+  std::string document{std::istreambuf_iterator<char>(file), {}};
   const std::size_t start = document.find("| " + kind + " |");
   const std::size_t end = document.find('\n', start) + 1;
   Costs promised = {};

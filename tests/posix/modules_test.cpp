@@ -1,5 +1,5 @@
 // The modules of the suite by the real loader: where they are looked for, which are refused, and
-// what stays of them. The PDF file a0 is a yes (1) when no module is asked, and a no (0) by the
+// when they stay loaded. The answer for the PDF file a0 is 1 when no module is asked, and 0 by the
 // tests' own module.
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include "host/library.h"
 #include "host/posix/wide_path.h"
@@ -23,11 +24,12 @@ namespace typescout::tests {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 constexpr int CAMERA_RAW = 0x0337;
 constexpr int ILLUSTRATOR_PDF = 0x0535;
 constexpr int ILLUSTRATOR = 0x0503;
-constexpr uid_t SOMEBODY_ELSE = 65534;
+constexpr uid_t OTHER_USER = 65534;
 
 class Modules : public testing::Test {
  protected:
@@ -81,8 +83,7 @@ class Modules : public testing::Test {
 
 TEST_F(Modules, AnswerForTheirRows) {
   PutModule("filters/TvnPDFImport.so");
-  setenv("TVN_FILTERS_DIR", Path("filters").c_str(), 1);
-  EXPECT_EQ(Ask("a0", ILLUSTRATOR_PDF), 0);
+  EXPECT_EQ(AskPdfRow(Path("filters")), 0);
   EXPECT_EQ(Ask("a2", ILLUSTRATOR_PDF), 1);
   EXPECT_EQ(Ask("a2", ILLUSTRATOR_PDF, ILLUSTRATOR), 0);
   EXPECT_EQ(Ask("a8", ILLUSTRATOR_PDF, ILLUSTRATOR), 1);
@@ -90,9 +91,7 @@ TEST_F(Modules, AnswerForTheirRows) {
       << "stays loaded";
   // Modules without the function, damaged, and missing.
   Put(TYPESCOUT_FILE, "others/TvnPDFImport.so");
-  folder_.Write("damaged/TvnPDFImport.so",
-                "\x7F"
-                "ELF");
+  folder_.Write("damaged/TvnPDFImport.so", "\177ELF");
   for (const char* folder : {"others", "damaged", "missing"}) {
     EXPECT_EQ(AskPdfRow(Path(folder)), 1) << folder;
   }
@@ -109,38 +108,32 @@ TEST_F(Modules, AreNotLookedAtAgainWhileTheProgramHoldsThem) {
 }
 
 TEST_F(Modules, AreLookedForInTwoFoldersOnly) {
-  Put(TYPESCOUT_FILE, "app/libtypescout.so");
-  PutModule("app/DCRaw.so");
-  PutModule("app/filters/TvnPDFImport.so");
-  Put(TYPESCOUT_FILE, "bare/libtypescout.so");
-  PutModule("elsewhere/DCRaw.so");
-  PutModule("elsewhere/libDCRaw.so");
-  PutModule("elsewhere/TvnPDFImport.so");
-  PutModule("elsewhere/filters/TvnPDFImport.so");
+  for (const char* folder : {"app/", "bare/"}) Put(TYPESCOUT_FILE, folder + "libtypescout.so"s);
+  for (const char* module : {"app/DCRaw.so", "app/filters/TvnPDFImport.so", "elsewhere/DCRaw.so",
+                             "elsewhere/libDCRaw.so", "elsewhere/TvnPDFImport.so",
+                             "elsewhere/filters/TvnPDFImport.so"}) {
+    PutModule(module);
+  }
   const std::string search = "LD_LIBRARY_PATH='" + Path("elsewhere") + "'";
   const std::string setting = "TVN_FILTERS_DIR='" + Path("elsewhere") + "'";
-  const struct {
-    const char* what;
-    std::string environment, library, folder, file;
-    int filter, answer;
-  } CASES[] = {
-      {"beside", "", Path("app/libtypescout.so"), "/", "photo+", CAMERA_RAW, 1},
-      {"beside, no", "", Path("app/libtypescout.so"), "/", "photo", CAMERA_RAW, 0},
-      {"loaded by a relative name", "", "app/libtypescout.so", "/", "photo+", CAMERA_RAW, 1},
-      {"current folder", "", "bare/libtypescout.so", "elsewhere", "photo+", CAMERA_RAW, 0},
-      {"search path", search, "bare/libtypescout.so", "/", "photo+", CAMERA_RAW, 0},
-      {"filters beside", "", "app/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
-      {"no filters beside", "", "bare/libtypescout.so", "elsewhere", "a0", ILLUSTRATOR_PDF, 1},
-      {"filters as set", setting, "bare/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
-      {"set to nothing", "TVN_FILTERS_DIR=", "app/libtypescout.so", "/", "a0", ILLUSTRATOR_PDF, 0},
-      {"set to a relative folder", "TVN_FILTERS_DIR=filters", "app/libtypescout.so", "elsewhere",
-       "a0", ILLUSTRATOR_PDF, 1},
-      {"set to a long name", "TVN_FILTERS_DIR=/" + std::string(2'000, 'n'), "app/libtypescout.so",
-       "/", "a0", ILLUSTRATOR_PDF, 1},
+  const std::string app = "app/libtypescout.so", bare = "bare/libtypescout.so";
+  const std::string longName = "TVN_FILTERS_DIR=/" + std::string(2'000, 'n');
+  const std::tuple<const char*, std::string, std::string, std::string, std::string, int> CASES[] = {
+      {"beside", "", Path(app), "/", "photo+", 1},
+      {"beside, no", "", Path(app), "/", "photo", 0},
+      {"loaded by a relative name", "", app, "/", "photo+", 1},
+      {"current folder", "", bare, "elsewhere", "photo+", 0},
+      {"search path", search, bare, "/", "photo+", 0},
+      {"filters beside", "", app, "/", "a0", 0},
+      {"no filters beside", "", bare, "elsewhere", "a0", 1},
+      {"filters as set", setting, bare, "/", "a0", 0},
+      {"set to nothing", "TVN_FILTERS_DIR=", app, "/", "a0", 0},
+      {"set to a relative folder", "TVN_FILTERS_DIR=filters", app, "elsewhere", "a0", 1},
+      {"set to a long name", longName, app, "/", "a0", 1},
   };
-  for (const auto& c : CASES) {
-    EXPECT_EQ(AskFromAnew(c.environment, c.library, c.folder, c.file, c.filter), c.answer)
-        << c.what;
+  for (const auto& [what, environment, library, folder, file, answer] : CASES) {
+    const int filter = file == "a0" ? ILLUSTRATOR_PDF : CAMERA_RAW;
+    EXPECT_EQ(AskFromAnew(environment, library, folder, file, filter), answer) << what;
   }
 }
 
@@ -149,7 +142,7 @@ TEST_F(Modules, AreNotChosenByTheUserOfASetuidProgram) {
   PutModule("elsewhere/TvnPDFImport.so");
   Put(ASK_FROM_FILE, "ask_from");
   chmod(folder_.path().c_str(), 0755);
-  if (chown(Path("ask_from").c_str(), SOMEBODY_ELSE, SOMEBODY_ELSE) != 0 ||
+  if (chown(Path("ask_from").c_str(), OTHER_USER, OTHER_USER) != 0 ||
       chmod(Path("ask_from").c_str(), 04755) != 0 ||
       AskFromAnew("", "-", "/", "a0", 0, Path("ask_from")) != AskFrom::IS_SECURE) {
     GTEST_SKIP() << "setuid programs cannot be tried here";
@@ -176,7 +169,7 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
     return [bits](const std::string& path) { chmod(path.c_str(), bits); };
   };
   const auto giveAway = [](const std::string& path) {
-    EXPECT_EQ(chown(path.c_str(), SOMEBODY_ELSE, static_cast<gid_t>(-1)), 0);
+    EXPECT_EQ(chown(path.c_str(), OTHER_USER, static_cast<gid_t>(-1)), 0);
   };
   constexpr int LOADED = 0;
   constexpr int REFUSED = 1;
@@ -188,19 +181,19 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
     bool asRoot = false;
     uid_t user = geteuid();  // who asks
   } CASES[] = {
-      {"nothing", "", mode(0700), LOADED},
-      {"file of a group's", "above/filters/TvnPDFImport.so", mode(0775), REFUSED},
-      {"file of everybody's", "above/filters/TvnPDFImport.so", mode(0757), REFUSED},
-      {"folder of a group's", "above/filters", mode(0770), REFUSED},
-      {"folder of everybody's", "above/filters", mode(0777), REFUSED},
-      {"folder of everybody's, sticky", "above/filters", mode(01777), REFUSED},
-      {"folder above of everybody's", "above", mode(0777), REFUSED},
-      {"folder above of everybody's, sticky", "above", mode(01777), LOADED},
-      {"file of somebody else's", "above/filters/TvnPDFImport.so", giveAway, REFUSED, true},
-      {"folder of somebody else's", "above/filters", giveAway, REFUSED, true},
-      {"folder above of somebody else's", "above", giveAway, REFUSED, true},
-      {"folder of the effective user's", "above/filters", giveAway, LOADED, true, SOMEBODY_ELSE},
-      {"folder of root's", "above/filters", mode(0755), LOADED, true, SOMEBODY_ELSE},
+      {"nothing", "above", mode(0700), LOADED},
+      {"file that a group may write", "above/filters/TvnPDFImport.so", mode(0775), REFUSED},
+      {"file that all may write", "above/filters/TvnPDFImport.so", mode(0757), REFUSED},
+      {"folder that a group may write", "above/filters", mode(0770), REFUSED},
+      {"folder that all may write", "above/filters", mode(0777), REFUSED},
+      {"folder that all may write, sticky", "above/filters", mode(01777), REFUSED},
+      {"folder above that all may write", "above", mode(0777), REFUSED},
+      {"folder above that all may write, sticky", "above", mode(01777), LOADED},
+      {"file of another user", "above/filters/TvnPDFImport.so", giveAway, REFUSED, true},
+      {"folder of another user", "above/filters", giveAway, REFUSED, true},
+      {"folder above of another user", "above", giveAway, REFUSED, true},
+      {"folder of the effective user's", "above/filters", giveAway, LOADED, true, OTHER_USER},
+      {"folder of root's", "above/filters", mode(0755), LOADED, true, OTHER_USER},
   };
   chmod(folder_.path().c_str(), 0755);
   fs::create_symlink("above/filters", Path("link"));
@@ -209,6 +202,7 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
     PutModule("above/filters/TvnPDFImport.so");
     c.change(Path(c.which));
     ASSERT_EQ(seteuid(c.user), 0);
+    EXPECT_EQ(AskPdfRow(Path("missing")), 1) << "the file itself must be readable";
     const int answer = AskPdfRow(Path("above/filters"));
     const int answerByLink = AskPdfRow(Path("link"));
     ASSERT_EQ(seteuid(user), 0);
@@ -219,7 +213,7 @@ TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
 }
 
 TEST_F(Modules, AreRegularFilesAtLiteralPaths) {
-  alarm(60);  // the loader would wait for somebody to write into the pipe
+  alarm(60);  // the loader would wait for a writer of the pipe
   fs::create_directories(Path("pipe"));
   ASSERT_EQ(mkfifo(Path("pipe/TvnPDFImport.so").c_str(), 0600), 0);
   EXPECT_EQ(AskPdfRow(Path("pipe")), 1);

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "host/posix/regular_file.h"
 #include "host/posix/wide_path.h"
@@ -13,10 +14,7 @@ namespace typescout::tests {
 namespace {
 
 TEST(PathBytes, TurnsWidePathsIntoBytes) {
-  const struct {
-    std::wstring path;
-    const char* bytes;
-  } CASES[] = {
+  const std::pair<std::wstring, const char*> CASES[] = {
       {L"", ""},
       {L"/a\\b", "/a\\b"},
       {L"\x7F\x80\x7FF\x800\xFFFF", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
@@ -25,9 +23,9 @@ TEST(PathBytes, TurnsWidePathsIntoBytes) {
        "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
       {{static_cast<wchar_t>(0xDC80), static_cast<wchar_t>(0xDCFF)}, "\x80\xFF"},
   };
-  for (const auto& c : CASES) {
-    EXPECT_STREQ(posix_host::PathBytes(c.path.c_str()).get(), c.bytes);
-    EXPECT_EQ(posix_host::WidePath(c.bytes).View(), c.path) << c.bytes;
+  for (const auto& [path, bytes] : CASES) {
+    EXPECT_STREQ(posix_host::PathBytes(path.c_str()).get(), bytes);
+    EXPECT_EQ(posix_host::WidePath(bytes).View(), path) << bytes;
   }
   for (const int c : {0xD800, 0xDBFF, 0xDC00, 0xDC7F, 0xDD00, 0xDFFF, 0x110000, 0x7FFFFFFF, -1}) {
     const std::wstring path = {L'a', static_cast<wchar_t>(c)};

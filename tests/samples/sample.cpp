@@ -1,8 +1,10 @@
 #include "tests/samples/sample.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cstdio>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
 #include <string_view>
 
 #include "core/registry.h"
@@ -10,58 +12,125 @@
 namespace typescout::tests {
 namespace {
 
-// A byte as a literal writes it.
-std::string Printed(unsigned char byte) {
-  if (byte == '\\') return "\\\\";
-  if (std::isprint(byte) != 0) return {static_cast<char>(byte)};
-  if (byte == '\0') return "\\0";
-  if (byte == '\r') return "\\r";
-  if (byte == '\n') return "\\n";
-  char hex[8];
-  std::snprintf(hex, sizeof hex, "\\x%02X", byte);
-  return hex;
-}
+constexpr const char* TABLES[] = {
+#include "sample_tables.inc"
+};
 
-// The bytes in brief, on one line: a run as its byte and a count, a long text without its middle.
-// No two spaces follow each other and none is at the end: two part the names in the golden table.
-std::string Brief(std::string_view bytes) {
-  std::string brief;
-  while (!bytes.empty()) {
-    const std::size_t run = std::min(bytes.find_first_not_of(bytes.front()), bytes.size());
-    const std::string byte = Printed(static_cast<unsigned char>(bytes.front()));
-    const bool isCounted = run > 3 || (byte == " " && run > 1);
-    brief += isCounted ? byte + '{' + std::to_string(run) + '}' : byte;
-    bytes.remove_prefix(isCounted ? run : 1);
+// The characters that a text in quotation marks stands for.
+std::string Unescaped(std::string_view text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\\') {
+      bytes += text[i];
+    } else if (text[++i] == 'x') {
+      bytes += static_cast<char>(std::stoi(std::string(text.substr(i + 1, 2)), nullptr, 16));
+      i += 2;
+    } else {
+      constexpr std::string_view LETTERS = "0nrt\"\\";
+      bytes += "\0\n\r\t\"\\"[LETTERS.find(text[i])];
+    }
   }
-  if (brief.ends_with(' ')) brief.replace(brief.size() - 1, 1, "\\x20");
-  return brief.size() <= 100 ? brief : brief.substr(0, 60) + "..." + brief.substr(brief.size() - 37);
+  return bytes;
 }
 
-std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}; }
-
-std::string NameOf(const std::string& label, const File& file) {
-  std::string name = label + ": " + Brief(file.bytes);
-  for (const auto& [stream, content] : file.streams) name += ", " + Narrow(stream) + ": " + Brief(content);
-  if (file.path != L"sample") name += ", named " + Narrow(file.path);
-  if (file.requested != 0) name += ", requested";
-  return name;
+// The words of a line; a text in quotation marks is one, with what follows it up to a space.
+std::vector<std::string> Words(const std::string& line) {
+  static const std::regex WORD(R"re("(?:[^"\\]|\\.)*"\S*|\S+)re");
+  return {std::sregex_token_iterator(line.begin(), line.end(), WORD), {}};
 }
+
+class TableReader {
+ public:
+  std::vector<Sample> Read(const char* table) {
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.empty() || line.front() == '#') continue;
+      try {
+        ReadLine(line);
+      } catch (const std::logic_error&) {
+        throw std::runtime_error("not the line of a sample: " + line);
+      }
+    }
+    return std::move(samples_);
+  }
+
+ private:
+  void ReadLine(const std::string& line) {
+    const std::vector<std::string> words = Words(line);
+    if (words[0] == "yes" || words[0] == "no") {
+      const File file = ReadFile({words.begin() + 1, words.end()});
+      const Verdict verdict = words[0] == "yes" ? YES : NO;
+      samples_.push_back({file, label_ + ": " + line.substr(4), filter_, detector_, verdict});
+    } else if (words.at(1) == "=") {
+      names_[words[0]] = ReadFile({words.begin() + 2, words.end()}).bytes;
+    } else {
+      filter_ = static_cast<FilterId>(std::stoi(words[0], nullptr, 16));
+      label_ = line.substr(5);
+      const int row = FindRegistryIndex(filter_);
+      if (row < 0) throw std::invalid_argument("no row");
+      detector_ = DetectorRegistry[static_cast<std::size_t>(row)].detect;
+    }
+  }
+
+  File ReadFile(std::vector<std::string> words) const {
+    File file = "";
+    std::string* bytes = &file.bytes;
+    std::size_t at = 0;
+    words.emplace_back();  // what follows the last
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+      const std::string& word = words[i];
+      const std::string& next = words[i + 1];
+      if (word == "stream") {
+        bytes = &file.streams[{next.begin(), next.end()}];
+        at = 0;
+      } else if (word == "path") {
+        file.path = {next.begin(), next.end()};
+      } else if (word == "requested" || word == "best") {
+        (word == "best" ? file.best : file.requested) =
+            static_cast<FilterId>(std::stoi(next, nullptr, 16));
+      } else if (word == "size") {
+        bytes->resize(at = std::stoul(next));
+      } else if (word.front() == '@') {
+        at = word == "@end" ? bytes->size() : std::stoul(word.substr(1));
+        continue;
+      } else {
+        const std::string piece = Piece(word);
+        *bytes = Patch(std::move(*bytes), at, piece);
+        at += piece.size();
+        continue;
+      }
+      ++i;
+    }
+    return file;
+  }
+
+  // A text or a name, as often as it says.
+  std::string Piece(const std::string& word) const {
+    const bool isText = word.front() == '"';
+    const std::size_t end = isText ? word.rfind('"') + 1 : std::min(word.find('*'), word.size());
+    const std::string once = isText ? Unescaped(std::string_view(word).substr(1, end - 2))
+                                    : names_.at(word.substr(0, end));
+    std::string all;
+    for (auto count = end < word.size() ? std::stoul(word.substr(end + 1)) : 1; count > 0; --count)
+      all += once;
+    return all;
+  }
+
+  FilterId filter_ = 0;
+  Detector detector_ = nullptr;
+  std::string label_;
+  std::map<std::string, std::string> names_;
+  std::vector<Sample> samples_;
+};
 
 }  // namespace
 
-void Table::Add(const std::string& label, FilterId filter, const std::vector<File>& accepted, const std::vector<File>& refused) {
-  const Detector detector = DetectorRegistry[static_cast<std::size_t>(FindRegistryIndex(filter))].detect;
-  for (const File& file : accepted) samples.push_back({file, NameOf(label, file), filter, detector, YES});
-  for (const File& file : refused) samples.push_back({file, NameOf(label, file), filter, detector, NO});
-}
-
 const std::vector<Sample>& AllSamples() {
   static const std::vector<Sample> SAMPLES = [] {
-    Table table;
-    for (auto family : {RasterSamples, PostscriptSamples, VectorSamples, MediaSamples, NativeSamples, DocumentSamples}) {
-      family(table);
-    }
-    return table.samples;
+    std::vector<Sample> all;
+    for (const char* table : TABLES)
+      std::ranges::move(TableReader().Read(table), std::back_inserter(all));
+    return all;
   }();
   return SAMPLES;
 }
@@ -74,23 +143,6 @@ std::string PadTo(std::size_t size, std::string text) {
 std::string Patch(std::string text, std::size_t at, const std::string& patch) {
   text.resize(std::max(text.size(), at + patch.size()));
   return text.replace(at, patch.size(), patch);
-}
-
-File Named(std::wstring path, File file) {
-  file.path = std::move(path);
-  return file;
-}
-
-File For(FilterId requested, File file) {
-  file.requested = requested;
-  return file;
-}
-
-std::string CompoundHead() { return PadTo(64, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"); }
-
-File InStream(const std::wstring& stream, const std::string& content, File head) {
-  head.streams[stream] = content;
-  return head;
 }
 
 }  // namespace typescout::tests

@@ -1,5 +1,20 @@
-// The samples: the smallest files that each detector accepts, and their near misses. One function a
-// family fills the table; every kind of test, the fuzz seeds and the benchmark use it.
+// The samples: the smallest files that each detector accepts, and their near misses. Every kind of
+// test, the fuzz seeds and the benchmark use them. They lie in the tables of this folder, one line
+// each:
+//
+//     0607 FLIC                       the row's filter and a label for messages and the golden
+//     table BASE = @4 "\x12\xAF" size 128   a name for bytes, valid in the rest of the table yes
+//     BASE                        a file that the row accepts no  BASE size 127               a
+//     file that it refuses
+//
+// Bytes are written from left to right: a text in quotation marks or a name, either with *COUNT
+// behind it; @OFFSET or @end goes to that offset and later bytes overwrite what is there; "size N"
+// cuts or fills with zero bytes. Behind the bytes may follow
+//
+//     stream NAME BYTES   the file is a compound document with this stream
+//     path PATH           the file's path, otherwise "sample"
+//     requested FILTER    the filter that the caller means to use
+//     best FILTER         the filter that describes the file best, for the catalogue
 #ifndef TYPESCOUT_TESTS_SAMPLES_SAMPLE_H
 #define TYPESCOUT_TESTS_SAMPLES_SAMPLE_H
 
@@ -25,35 +40,20 @@ struct File {
   std::string bytes;  // the whole file
   std::wstring path = L"sample";
   FilterId requested = 0;                            // the filter that the caller means to use
+  FilterId best = 0;                                 // what describes it best, if it says so
   std::map<std::wstring, std::string> streams = {};  // not empty: a compound document with these
 };
 
 enum Verdict : bool { NO, YES };
 
 struct Sample : File {
-  std::string name;  // unique: the label that it was added with, and its bytes in brief
+  std::string name;  // its label and its line in the table
   FilterId filter;
   Detector detector;  // of the filter's row
   Verdict verdict;
 };
 
-class Table {
- public:
-  // Adds files that the filter's row accepts, and files that it refuses. The label names them in
-  // messages and in the golden table.
-  void Add(const std::string& label, FilterId filter, const std::vector<File>& accepted, const std::vector<File>& refused);
-
-  std::vector<Sample> samples;
-};
-
-void RasterSamples(Table& table);
-void PostscriptSamples(Table& table);
-void VectorSamples(Table& table);
-void MediaSamples(Table& table);
-void NativeSamples(Table& table);
-void DocumentSamples(Table& table);
-
-// All of the above, in this order.
+// Those of all tables. Throws std::runtime_error with the line that cannot be read.
 const std::vector<Sample>& AllSamples();
 
 // `count` copies of a byte.
@@ -64,16 +64,6 @@ std::string PadTo(std::size_t size, std::string text);
 
 // `text` with `patch` written over it at `at`; grows with zero bytes where it must.
 std::string Patch(std::string text, std::size_t at, const std::string& patch);
-
-// The file by this name, and the file when the caller means to use this filter.
-File Named(std::wstring path, File file);
-File For(FilterId requested, File file);
-
-// What a compound document begins with.
-std::string CompoundHead();
-
-// The file as a compound document with one stream, which begins with `head`.
-File InStream(const std::wstring& stream, const std::string& content, File head = CompoundHead());
 
 }  // namespace typescout::tests
 

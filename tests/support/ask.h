@@ -18,7 +18,7 @@ namespace typescout::tests {
 void LayOut(const File& file);
 
 // Asks about the first `headLength` bytes of the file, which LayOut has put there; at most
-// HEAD_CAPACITY of them are the head. They stand in a heap block of their exact size, so that the
+// HEAD_CAPACITY of them are the head. They lie in a heap block of their exact size, so that the
 // address sanitizer sees a read beyond them.
 std::int32_t AskAboutHead(Detector detector, const File& file, std::size_t headLength);
 
@@ -33,7 +33,7 @@ class OnTheMachine : public testing::Test {
     EXPECT_EQ(memory_host::TheMachine().OpenObjects(), 0) << "something stays open";
   }
 
-  // Asks one filter about bytes of the caller's, which stand in for a file that cannot be read.
+  // Asks one filter about bytes of the caller's, which replace a file that cannot be read.
   static FilterId AskWithBytes(const wchar_t* path, FilterId filterId, std::string bytes) {
     int id = filterId;
     return CheckFiltersFromIDList(path, &id, 1, static_cast<int>(bytes.size()),
@@ -43,12 +43,10 @@ class OnTheMachine : public testing::Test {
 
 // What a detector is given of bytes with no file behind them.
 inline ProbeContext ProbeOf(const std::string& bytes) {
-  return {.head = reinterpret_cast<const unsigned char*>(bytes.data()),
-          .headLength = static_cast<std::int32_t>(bytes.size()),
-          .path = nullptr,
-          .classId = {},
-          .storage = nullptr,
-          .file = nullptr};
+  ProbeContext probe = {};
+  probe.head = reinterpret_cast<const unsigned char*>(bytes.data());
+  probe.headLength = static_cast<std::int32_t>(bytes.size());
+  return probe;
 }
 
 }  // namespace typescout::tests

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cwctype>
+#include <iterator>
 #include <span>
 #include <utility>
 #include <vector>
@@ -81,20 +82,21 @@ class Writer {
     AddFat();
 
     std::string header(sectorSize_, '\0');
+    const bool isVersion3 = options_.version == 3;
     header.replace(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
-    Put(header, 24, 0x3E, 2);
-    Put(header, 26, static_cast<std::uint64_t>(options_.version), 2);
-    Put(header, 28, 0xFFFE, 2);
-    Put(header, 30, options_.version == 3 ? 9 : 12, 2);
+    Put(header, 24, isVersion3 ? 0x0009'FFFE'0003'003E : 0x000C'FFFE'0004'003E, 8);
     Put(header, 32, 6, 2);
-    Put(header, 40, options_.version == 3 ? 0 : RoundUp(directory.size(), sectorSize_), 4);
-    Put(header, 44, fatSectors_.size(), 4);
-    Put(header, 48, directoryAt, 4);
-    Put(header, 56, CUTOFF, 4);
-    Put(header, 60, miniFatAt, 4);
-    Put(header, 64, miniFatSectors, 4);
-    Put(header, 68, difatAt_, 4);
-    Put(header, 72, difatCount_, 4);
+    const std::size_t directorySectors = RoundUp(directory.size(), sectorSize_);
+    const std::size_t NUMBERS[] = {isVersion3 ? 0 : directorySectors,
+                                   fatSectors_.size(),
+                                   directoryAt,
+                                   0,
+                                   CUTOFF,
+                                   miniFatAt,
+                                   miniFatSectors,
+                                   difatAt_,
+                                   difatCount_};
+    for (std::size_t i = 0; i < std::size(NUMBERS); ++i) Put(header, 40 + 4 * i, NUMBERS[i], 4);
     for (std::size_t i = 0; i < 109; ++i) {
       Put(header, 76 + 4 * i, i < fatSectors_.size() ? fatSectors_[i] : FREE, 4);
     }

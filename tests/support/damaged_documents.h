@@ -21,7 +21,7 @@ struct DamagedDocument {
   std::string what;
   std::string bytes;
   std::size_t longSize, shortSize;  // what our reader makes of the streams
-  bool isSound;                     // whether a reader that trusts it comes to an end
+  bool isSound;                     // whether a reader without checks ends
 };
 inline constexpr auto NO_STREAM = static_cast<std::size_t>(-1);
 

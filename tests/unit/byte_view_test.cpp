@@ -1,4 +1,4 @@
-// The view that every detector looks through: zeros beyond the end, searches that stop at it.
+// The view of the bytes: zeros beyond the end, searches that stop at it.
 #include "core/byte_view.h"
 
 #include <gtest/gtest.h>

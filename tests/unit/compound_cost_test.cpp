@@ -1,4 +1,4 @@
-// What documents cost that are made to be slow, counted in reads, bytes and memory.
+// The cost of documents that are made to be slow, counted in reads, bytes and memory.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,17 +27,20 @@ struct Entry {
   Number right = FREE, first = END, size = 0;
 };
 
-// A document of version 3, told by functions: sectors of 512 bytes, numbered from the first behind
-// the allocation table and the DIFAT. The directory begins in sector 0.
+constexpr Number SOME = 0xFFFFFFFF;  // at least one byte
+constexpr Number InOrderInDirectory(Number sector) { return sector; }
+
+// A document of version 3, described by functions: sectors of 512 bytes, numbered from the first
+// behind the allocation table and the DIFAT. The directory begins in sector 0.
 struct Shape {
   const char* what;
   Number sectors;
   Number (*next)(Number sector);  // in its chain
   Entry (*entry)(Number number);  // but not of the root, number 0, whose child is number 1
-  Number (*place)(Number sector) = [](Number sector) { return sector; };  // in the directory
-  Number miniStream = END, miniTable = END;                               // their first sectors
+  Number readable;                // bytes of the stream "WordDocument"
+  Number (*place)(Number sector) = InOrderInDirectory;
+  Number miniStream = END, miniTable = END;  // their first sectors
   bool difatIsCircle = false;
-  Number readable = 0;  // of the stream "WordDocument"
 };
 
 struct Cost {
@@ -123,7 +126,10 @@ Number JumpNearby(Number sector) { return sector == 0 ? END : sector % 12'000 + 
 Number JumpInDirectory(Number sector) { return (sector + 40'503) % 65'536; }
 Number PlaceInDirectory(Number sector) { return sector * 55'623 % 65'536; }
 
-Entry List(Number number) { return {.name = "x", .right = number + 1}; }
+Entry List(Number number) {
+  if (number == 1) return {.name = "WordDocument", .right = 2, .first = 9, .size = 60'000};
+  return {.name = "x", .right = number + 1};
+}
 Entry LongStream(Number) { return {.name = "WordDocument", .first = 5, .size = 0xFFFFFFFF}; }
 Entry FarShortStream(Number) { return {.name = "WordDocument", .first = 800'000, .size = 64}; }
 Entry FarthestShortStream(Number) {
@@ -134,49 +140,20 @@ TEST(CompoundCost, IsBoundedForAnyDocument) {
   constexpr std::uint64_t MOST_READS = 1'000;
   constexpr std::uint64_t MOST_BYTES = 5 * MILLION;
   constexpr std::size_t MOST_MEMORY = MILLION;
+  constexpr Number DIRECTORY = 65'536;
+  constexpr Number LARGE = 25 * MILLION;
   const Shape SHAPES[] = {
-      {.what = "a large directory in disorder",
-       .sectors = 65'536,
-       .next = JumpInDirectory,
-       .entry = List,
-       .place = PlaceInDirectory},
-      {.what = "a large directory in order", .sectors = 65'536, .next = InOrder, .entry = List},
-      {.what = "a stream that jumps",
-       .sectors = 4 * MILLION,
-       .next = Jump,
-       .entry = LongStream,
-       .readable = 50'000},
-      {.what = "a mini stream that jumps",
-       .sectors = 25 * MILLION,
-       .next = Jump,
-       .entry = FarShortStream,
-       .miniStream = 1,
-       .miniTable = 2},
-      {.what = "a mini stream that jumps nearby",
-       .sectors = 25 * MILLION,
-       .next = JumpNearby,
-       .entry = FarShortStream,
-       .miniStream = 1,
-       .miniTable = 2},
-      {.what = "a large mini stream",
-       .sectors = 4 * MILLION,
-       .next = InOrderBehindDirectory,
-       .entry = FarShortStream,
-       .miniStream = 1,
-       .miniTable = 1,
-       .readable = 64},
-      {.what = "a mini stream without end",
-       .sectors = 25 * MILLION,
-       .next = InOrderBehindDirectory,
-       .entry = FarthestShortStream,
-       .miniStream = 1,
-       .miniTable = 1},
-      {.what = "a DIFAT that is a circle",
-       .sectors = 4'000 * MILLION,
-       .next = Jump,
-       .entry = LongStream,
-       .difatIsCircle = true,
-       .readable = 512},
+      {"a large directory in disorder", DIRECTORY, JumpInDirectory, List, SOME, PlaceInDirectory},
+      {"a large directory in order", DIRECTORY, InOrder, List, 50'000},
+      {"a stream that jumps", 4 * MILLION, Jump, LongStream, 50'000},
+      {"a mini stream that jumps", LARGE, Jump, FarShortStream, 0, InOrderInDirectory, 1, 2},
+      {"one that jumps nearby", LARGE, JumpNearby, FarShortStream, 0, InOrderInDirectory, 1, 2},
+      {"a large mini stream", 4 * MILLION, InOrderBehindDirectory, FarShortStream, 64,
+       InOrderInDirectory, 1, 1},
+      {"a mini stream without end", LARGE, InOrderBehindDirectory, FarthestShortStream, 0,
+       InOrderInDirectory, 1, 1},
+      {"a circular DIFAT", 4'000 * MILLION, Jump, LongStream, 512, InOrderInDirectory, END, END,
+       true},
   };
   for (const Shape& shape : SHAPES) {
     Cost cost;
@@ -196,12 +173,14 @@ TEST(CompoundCost, IsBoundedForAnyDocument) {
       }
     }
     const std::size_t memory = memory_host::AllocatedBytes() - before;
-    EXPECT_EQ(readable, shape.readable) << shape.what;
+    EXPECT_TRUE(shape.readable == SOME ? readable > 0 : readable == shape.readable)
+        << shape.what << ": " << readable;
     EXPECT_LE(cost.reads, MOST_READS) << shape.what;
     EXPECT_LE(cost.bytes, MOST_BYTES) << shape.what;
     EXPECT_LE(memory, MOST_MEMORY) << shape.what;
 
-    // The check of the structure costs what the file's size asks for, up to 2 GB; then it says no.
+    // The check of the structure costs in proportion to the file's size up to 2 GB and refuses
+    // more.
     if (shape.sectors > 1U << 22) {
       Cost ofCheck;
       EXPECT_FALSE(compound::IsSound(std::make_unique<ComputedSource>(shape, &ofCheck)));

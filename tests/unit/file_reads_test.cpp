@@ -1,8 +1,9 @@
-// What a call reads and opens: each thing once, and nothing that the head tells already. And what
+// What a call reads and opens: each thing once, and nothing that is known from the head. And what
 // it reads beyond the head: the rest of a GIF, the directory of the paint program's TIFF.
 #include <algorithm>
 #include <span>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/file_context.h"
@@ -21,6 +22,15 @@ constexpr std::size_t HEAD = HEAD_CAPACITY;
 const wchar_t* const PATH = L"file";
 const std::string SIGNATURE = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 const std::string EARLY_SIGNATURE = "\x0E\x11\xFC\x0D\xD0\xCF\x11\x0E";
+
+// A TIFF file whose directory there opens with the paint program's tag, and the name that it has.
+std::string PaintTiff(std::size_t directory, std::size_t nameAt) {
+  const auto number = [](std::size_t value) {
+    return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)} + Fill(2);
+  };
+  const std::string tag = "\x01\0\x31\x01\x02\0\x12\0\0\0"s + number(nameAt);
+  return Patch(Patch("II*\0"s + number(directory), directory, tag), nameAt, "Tavon PIXEL-FORGE\0"s);
+}
 
 class ProbedFiles : public OnTheMachine {
  protected:
@@ -57,8 +67,7 @@ TEST_F(ProbedFiles, AreReadAgainBehindTheHeadOnly) {
   }
   // A TIFF file's first directory; the first is not even there.
   const auto tiff = [](std::size_t directory, std::size_t size) {
-    const std::string at = {static_cast<char>(directory & 0xFF), static_cast<char>(directory >> 8)};
-    return Patch(PadTo(size, "II*\0"s), 4, at);
+    return PadTo(size, PaintTiff(directory, 8));
   };
   EXPECT_EQ(opens(tiff(HEAD + 20, HEAD + 10), 0x0710), 1);
   EXPECT_EQ(opens(tiff(HEAD - 14, HEAD + 10), 0x0710), 1);
@@ -69,16 +78,10 @@ TEST_F(ProbedFiles, AreReadAgainBehindTheHeadOnly) {
 // The paint program's tag around the end of the head: the answer is the same from the head as from
 // the file alone.
 TEST_F(ProbedFiles, AnswerAsTheFileAloneWould) {
-  const std::string name = "Tavon PIXEL-FORGE\0"s;
-  const auto number = [](std::size_t value) {
-    return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)} + Fill(2);
-  };
   int yes = 0;
   for (std::size_t directory = HEAD - 40; directory < HEAD + 4; ++directory) {
     for (const std::size_t nameAt : {std::size_t{8}, HEAD - 18, HEAD - 17, HEAD + 40}) {
-      std::string tiff = Patch(PadTo(HEAD + 20, "II*\0"s), 4, number(directory));
-      tiff = Patch(tiff, directory + 2, "\x31\x01\x02\0\x12\0\0\0"s + number(nameAt));
-      tiff = Patch(tiff, nameAt, name);
+      const std::string tiff = Patch(PaintTiff(directory, nameAt), HEAD + 19, Fill(1));
       for (const std::size_t size : {HEAD, directory + 14, nameAt + 16, nameAt + 17, tiff.size()}) {
         const File file(tiff.substr(0, size));
         LayOut(file);
@@ -103,21 +106,15 @@ TEST_F(ProbedFiles, AreTextAlsoWithoutALength) {
 }
 
 TEST_F(ProbedFiles, AreDocumentsWhenHeadAndHostSaySo) {
-  const struct {
-    std::string head;
-    bool isAsked;
-  } CASES[] = {{SIGNATURE, true},
-               {EARLY_SIGNATURE, true},
-               {SIGNATURE.substr(0, 7) + "\xE0", false},
-               {EARLY_SIGNATURE.substr(0, 7) + "\x0F", false},
-               {SIGNATURE.substr(0, 7), false},
-               {"", false}};
-  for (const auto& c : CASES) {
+  const std::string part = SIGNATURE.substr(0, 7);
+  for (const std::string& head : {SIGNATURE, EARLY_SIGNATURE, part + "\xE0",
+                                  EARLY_SIGNATURE.substr(0, 7) + "\x0F", part, ""s}) {
+    const bool isAsked = head == SIGNATURE || head == EARLY_SIGNATURE;
     memory_host::Reset();
-    TheMachine().files[PATH] = c.head;
+    TheMachine().files[PATH] = head;
     TheMachine().documents[PATH].streams = {{L"WordDocument", PadTo(1'536, "\xEC\xA5\xC1")}};
-    EXPECT_EQ(CheckOneFilter(PATH, 0x0814, 0), c.isAsked) << c.head;
-    EXPECT_EQ(Calls(Call::OPEN_STORAGE), c.isAsked) << c.head;
+    EXPECT_EQ(CheckOneFilter(PATH, 0x0814, 0), isAsked) << head;
+    EXPECT_EQ(Calls(Call::OPEN_STORAGE), isAsked) << head;
   }
   TheMachine().documents.clear();
   TheMachine().files[PATH] = SIGNATURE;
@@ -223,9 +220,9 @@ TEST_F(Gif, MayBeLongerThan4GiB) {
   TheMachine().lengths[PATH] = endAt + end.size();
   TheMachine().fillBeyondContent = [&](std::uint64_t position, std::span<char> bytes) {
     std::fill(bytes.begin(), bytes.end(), '\xFF');
-    const std::uint64_t behind = position + bytes.size();
-    for (std::uint64_t at = std::max(position, endAt); at < behind; ++at) {
-      bytes[at - position] = end[at - endAt];
+    for (char& byte : bytes) {
+      const std::uint64_t at = position++;
+      if (at >= endAt) byte = end[static_cast<std::size_t>(at - endAt)];
     }
   };
   EXPECT_EQ(CheckOneFilter(PATH, 0x0616, 0), 1);
@@ -250,104 +247,50 @@ TEST_F(Gif, ThatCannotBeReadOnIsWhatTheHeadSays) {
 // ended does not matter.
 TEST_F(Gif, ThatShrinksMeanwhileThrows) {
   const std::string bytes = GifOfSize(4 * HEAD) + ";";
-  const struct {
-    std::vector<memory_host::Fault> faults;
-    std::size_t length;
-    bool throws;
-  } CASES[] = {{{{.call = Call::READ_FILE, .nth = 2}}, bytes.size(), true},
-               {{{.call = Call::READ_FILE, .nth = 4}}, bytes.size(), true},
-               {{{.call = Call::SEEK_FILE}}, bytes.size(), false},
-               {{}, bytes.size() + 1, true}};
-  for (const auto& c : CASES) {
-    for (const FilterId filterId : {0x0305, 0x0616}) {
-      const auto layOut = [&] {
-        memory_host::Reset();
-        TheMachine().files[PATH] = bytes;
-        TheMachine().lengths[PATH] = c.length;
-        TheMachine().faults = c.faults;
-      };
-      const auto throws = [](const auto& ask) {
-        try {
-          ask();
-        } catch (int value) {
-          EXPECT_EQ(value, 0);
-          return true;
-        }
-        return false;
-      };
-      layOut();
+  const std::tuple<std::vector<memory_host::Fault>, std::size_t, bool> CASES[] = {
+      {{{.call = Call::READ_FILE, .nth = 2}}, bytes.size(), true},
+      {{{.call = Call::READ_FILE, .nth = 4}}, bytes.size(), true},
+      {{{.call = Call::SEEK_FILE}}, bytes.size(), false},
+      {{}, bytes.size() + 1, true}};
+  for (const auto& [faults, length, throws] : CASES) {
+    for (const FilterId filterId : {0x0305, 0x0616, 0}) {  // 0: a whole scan
+      memory_host::Reset();
+      TheMachine().files[PATH] = bytes;
+      TheMachine().lengths[PATH] = length;
+      TheMachine().faults = faults;
       int id = filterId;
-      EXPECT_EQ(throws([&] { CheckFiltersFromIDList(PATH, &id, 1, 0, nullptr, 0); }), c.throws);
-      EXPECT_NE(id, filterId) << "the list was rewritten before";
-      EXPECT_EQ(TheMachine().OpenObjects(), 0);
-      layOut();
-      EXPECT_EQ(throws([] { TypeScoutFile(PATH); }), c.throws);
+      int thrown = -1;
+      try {
+        filterId == 0 ? TypeScoutFile(PATH) : CheckFiltersFromIDList(PATH, &id, 1, 0, nullptr, 0);
+      } catch (int value) {
+        thrown = value;
+      }
+      EXPECT_EQ(thrown, throws ? 0 : -1);
+      EXPECT_TRUE(filterId == 0 || id != filterId) << "the list was rewritten before";
       EXPECT_EQ(TheMachine().OpenObjects(), 0);
     }
   }
 }
 
-// `directory` bytes in, a directory that opens with the Software tag; the name stands at the end.
-std::string PaintTiff(std::size_t directory) {
-  const auto name = static_cast<char>(directory + 14);
-  const auto at = static_cast<char>(directory);
-  std::string tiff = "II\x2A\0"s + at + "\0\0\0"s;
-  tiff = Patch(tiff, directory, "\x01\0\x31\x01\x02\0\x12\0\0\0"s + name + "\0\0\0"s);
-  return tiff + "Tavon PIXEL-FORGE\0"s;
-}
-
-class PaintImage : public OnTheMachine {
- protected:
-  // What the row says when the call began with this head and the file holds these bytes now.
-  static std::int32_t AskAboutFile(const std::string& head, const std::string& file,
-                                   const std::vector<memory_host::Fault>& faults = {}) {
-    LayOut(head);
-    TheMachine().files[L"sample"] = file;
-    TheMachine().faults = faults;
-    return AskAboutHead(DetectPaintImage, head, head.size());
-  }
-};
-
-TEST_F(PaintImage, ReadsItsTagFromTheFile) {
-  const std::string tiff = PaintTiff(8);
-  // Offsets are counted modulo 2^32: a directory at -2 has its first entry at 0, one at -6 its own
-  // at -4, where no file has anything.
-  const std::string wrapped = "\x31\x01\x2A\0\xFE\xFF\xFF\xFF\x0C\0\0\0Tavon PIXEL-FORGE"s;
-  // The first entry's value is a name that stands before the directory.
-  const std::string nameFirst =
-      "II\x2A\0\x1A\0\0\0Tavon PIXEL-FORGE\0\x01\0\x31\x01\x02\0\x12\0\0\0\x08\0\0\0"s;
-  const struct {
-    const char* name;
-    std::string head;
-    std::string file;
-    Verdict verdict;
-  } CASES[] = {
-      {"directory further on", PaintTiff(200).substr(0, 8), PaintTiff(90), NO},
-      {"no tag in the head", tiff.substr(0, 8), tiff, YES},
-      {"only in the head", tiff, tiff.substr(0, 8), NO},
-      {"name first", nameFirst, nameFirst, YES},
-      {"entry cut by a byte", nameFirst, nameFirst.substr(0, nameFirst.size() - 1), NO},
-      {"directory at -2", wrapped, wrapped, YES},
-      {"directory at -6", Patch(wrapped, 4, "\xFA"), wrapped, NO},
-      {"name at the very end, cut to 17", wrapped, wrapped.substr(0, 29), YES},
-      {"name at the very end, cut to 16", wrapped, wrapped.substr(0, 28), NO},
-      {"empty by now", tiff, "", NO},
+// Whatever the head says, the paint program's tag is read from the file.
+TEST_F(ProbedFiles, AreAskedForThePaintTag) {
+  using Faults = std::vector<memory_host::Fault>;
+  const std::string tiff = PaintTiff(8, 22);
+  const std::tuple<const char*, std::string, std::string, Verdict, Faults> CASES[] = {
+      {"directory further on", PaintTiff(200, 214).substr(0, 8), PaintTiff(90, 104), NO, {}},
+      {"no tag in the head", tiff.substr(0, 8), tiff, YES, {}},
+      {"only in the head", tiff, tiff.substr(0, 8), NO, {}},
+      {"empty by now", tiff, "", NO, {}},
+      {"no opening", tiff, tiff, NO, {{.call = Call::OPEN_FILE}}},
+      {"no first seek", tiff, tiff, NO, {{.call = Call::SEEK_FILE}}},
+      {"no second seek", tiff, tiff, NO, {{.call = Call::SEEK_FILE, .nth = 2}}},
+      {"no read", tiff, tiff, NO, {{.call = Call::READ_FILE}}},
   };
-  for (const auto& c : CASES) EXPECT_EQ(AskAboutFile(c.head, c.file), c.verdict) << c.name;
-}
-
-TEST_F(PaintImage, AnyFaultIsANo) {
-  const memory_host::Fault FAULTS[] = {{.call = Call::OPEN_FILE},
-                                       {.call = Call::SEEK_FILE},
-                                       {.call = Call::SEEK_FILE, .nth = 2},
-                                       {.call = Call::READ_FILE}};
-  for (const auto& fault : FAULTS) EXPECT_EQ(AskAboutFile(PaintTiff(8), PaintTiff(8), {fault}), 0);
-}
-
-TEST_F(PaintImage, LeavesTheFileAloneWithoutATiffHeader) {
-  for (const std::string& bytes : {"PXF9FILE1"s, "PXF9FILE"s, "some other file"s}) {
-    Ask(DetectPaintImage, bytes);
-    EXPECT_EQ(TheMachine().calls[Call::OPEN_FILE], 0) << bytes;
+  for (const auto& [name, head, content, verdict, faults] : CASES) {
+    LayOut(head);
+    TheMachine().files[L"sample"] = content;
+    TheMachine().faults = faults;
+    EXPECT_EQ(AskAboutHead(DetectPaintImage, head, head.size()), verdict) << name;
   }
 }
 
