@@ -1,10 +1,9 @@
-// DCRaw: the module that knows the raw pictures of digital cameras, by LibRaw.
+// DCRaw: the module that identifies the raw pictures of digital cameras, by LibRaw.
 #include <libraw/libraw.h>
 
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 

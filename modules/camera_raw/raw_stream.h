@@ -13,7 +13,7 @@ namespace camera_raw {
 // Its functions throw modules::LimitReached.
 class RawStream final : public LibRaw_abstract_datastream {
  public:
-  // `file` is open and outlives the stream. `reportedSize` is what LibRaw is told that its size is.
+  // `file` is open and outlives the stream. `reportedSize` is the size that LibRaw is given.
   RawStream(const posix_host::RegularFile& file, std::int64_t reportedSize)
       : file_(file), size_(reportedSize) {}
 

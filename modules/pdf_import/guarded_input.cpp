@@ -161,7 +161,7 @@ class GuardedInput::Object {
   }
 
   // Of a stream's dictionary: how it is packed. A reference to another object counts as strange: it
-  // is allowed, but nobody writes one there. The values are read ahead only.
+  // is allowed, but writers do not use it. The values are read ahead only.
   void TakeName(const std::string& name) {
     if (name == "/Filter") {
       isStrange_ = isStrange_ || hasFilter_ || !TakeFilter();
@@ -269,8 +269,8 @@ void GuardedInput::SkipSpace(std::int64_t* at) {
   while (IsSpace(file_.ByteAt(*at))) ++*at;
 }
 
-// Most positions are inside an object, and most objects are no streams. This tells so in a fraction
-// of the time. What it does not understand, it leaves open.
+// Most positions are inside an object, and most objects are no streams. This finds that out much
+// faster. True when it cannot be sure.
 bool GuardedInput::MayBeStream(std::int64_t at) {
   for (int number = 0; number < 2; ++number) {
     SkipSpace(&at);

@@ -14,8 +14,8 @@
 
 namespace pdf_import {
 
-// Lets qpdf read within the limits of BoundedFile, and look at no object that would take more than
-// its share: qpdf unpacks the streams that hold objects and cross-references in one go, whatever
+// Lets qpdf read within the limits of BoundedFile, and read no object that would exceed
+// them: qpdf unpacks the streams that hold objects and cross-references in one go, whatever
 // comes out, and follows references as deep as they lead. So each object is looked at just before
 // qpdf reads it; a stream must be packed once at most, and what comes out is counted first. All
 // functions throw modules::LimitReached.

@@ -10,8 +10,8 @@
 namespace pdf_import {
 
 // Whether the document in `file`, which is open, carries what Illustrator needs to open it as its
-// own. None when that cannot be told. Throws what qpdf throws and modules::LimitReached: then it
-// cannot be told, either.
+// own. None when that is not known. Throws what qpdf throws and modules::LimitReached: then it is
+// not known either.
 std::optional<bool> HasIllustratorData(const posix_host::RegularFile& file);
 
 std::string QpdfVersion();

@@ -1,4 +1,4 @@
-// TvnPDFImport: the module that knows whether a PDF file carries the data of an Illustrator
+// TvnPDFImport: the module that finds out whether a PDF file carries the data of an Illustrator
 // document.
 #include <sys/stat.h>
 
@@ -16,11 +16,11 @@
 namespace pdf_import {
 namespace {
 
-// One look at a document takes a hundred times as long as one at another file, and a scan asks
-// about it several times in a row. So the last answer is kept, in the thread that asked.
+// Examining a document takes a hundred times as long as examining another file, and a scan asks
+// about it several times in a row. So the last answer is kept, for each thread.
 
-// What the system knows of a file; each change to the file changes it, but for one that comes
-// within the same tick of the file system's clock.
+// A file's identity and time of change. Every change to the file changes them, except one within
+// the same tick of the file system's clock.
 struct Stamp {
   dev_t device = 0;
   ino_t number = 0;
@@ -50,7 +50,7 @@ struct Answer {
 };
 thread_local Answer lastAnswer;
 
-// None when it cannot be told.
+// None when it is not known.
 std::optional<bool> AnswerFor(const wchar_t* path) {
   const posix_host::PathBytes bytes(path);
   const Stamp stamp = StampOf(bytes);

@@ -12,48 +12,29 @@ PDF = 0x0535
 ILLUSTRATOR = 0x0503
 HINTS = (0, ILLUSTRATOR, 0x0519, PDF)
 
-# For each raw picture: the scan without and with the modules. A TIFF file is 0x0306's either way.
-OF_CAMERAS = {
-    'by-libtiff.dng': (0x0306, 0x0306),
-    'nikon.nef': (0x0306, 0x0306),
-    'x-trans.dng': (0x0306, 0x0306),
-    'canon.cr3': (0, RAW),
-    'canon.crw': (0, RAW),
-    'fujifilm.raf': (0, RAW),
-    'minolta.mrw': (0, RAW),
-    'olympus.orf': (0, RAW),
-    'panasonic.rw2': (0, RAW),
-}
+# The raw pictures that a scan without the modules does not know. A TIFF file is 0x0306's either way.
+NOT_TIFF = ('canon.cr3', 'canon.crw', 'fujifilm.raf', 'minolta.mrw', 'olympus.orf', 'panasonic.rw2')
+# For each raw picture: the scan without and with the modules.
+OF_CAMERAS = {**dict.fromkeys(('by-libtiff.dng', 'nikon.nef', 'x-trans.dng'), (0x0306, 0x0306)),
+              **dict.fromkeys(NOT_TIFF, (0, RAW))}
 # What is no raw picture, though it begins like one or has the length of one.
-OTHERS = {
-    'grey.tif': 0x0306,
-    'grey-by-canon.tif': 0x0306,
-    'length-of-a-raw.tif': 0x0306,
-    'length-of-a-raw.bin': 0,
-    'pattern-without-size.tif': 0x0306,
-}
+OTHERS = {'grey.tif': 0x0306, 'grey-by-canon.tif': 0x0306, 'length-of-a-raw.tif': 0x0306,
+          'length-of-a-raw.bin': 0, 'pattern-without-size.tif': 0x0306}
 
-# PDF documents: without the modules each is 0x0535, whatever the caller wants, and never 0x0503.
-# With them: what the scan answers, and for each hint whether 0x0535 and 0x0503 say yes.
+# PDF documents: without the modules each is 0x0535, whatever the caller requests, and never 0x0503.
+# With them: what the scan answers, and for each hint whether 0x0535 and 0x0503 accept it.
 PLAIN = (0, (0, 0, 0, 1), (0, 0, 0, 0))
 WITH_DATA = (PDF, (1, 0, 0, 1), (0, 0, 0, 0))
-# The data is there to be read, and so it is an Illustrator document for who wants one.
+# The data can be read, so it is an Illustrator document when 0x0503 is requested.
 READABLE = (PDF, (1, 0, 0, 1), (0, 1, 1, 0))
 NO_ANSWER = (PDF, (1, 1, 1, 1), (0, 0, 0, 0))
 DOCUMENTS = {
-    'by-ghostscript.pdf': PLAIN,
-    'by-ghostscript-packed.pdf': PLAIN,
-    'by-ghostscript-linear.pdf': PLAIN,
-    'by-ghostscript-encrypted.pdf': PLAIN,
-    'by-ps2pdf.pdf': PLAIN,
-    'old.pdf': PLAIN,
-    'illustrator.pdf': WITH_DATA,
-    'illustrator-packed.pdf': WITH_DATA,
-    'illustrator-linear.pdf': WITH_DATA,
-    'illustrator-encrypted.pdf': WITH_DATA,
+    **dict.fromkeys(('by-ghostscript.pdf', 'by-ghostscript-packed.pdf', 'by-ghostscript-linear.pdf',
+                     'by-ghostscript-encrypted.pdf', 'by-ps2pdf.pdf', 'old.pdf'), PLAIN),
+    **dict.fromkeys(('illustrator.pdf', 'illustrator-packed.pdf', 'illustrator-linear.pdf',
+                     'illustrator-encrypted.pdf'), WITH_DATA),
     'illustrator-readable.pdf': READABLE,
-    'illustrator-with-password.pdf': NO_ANSWER,
-    'illustrator-cut.pdf': NO_ANSWER,
+    **dict.fromkeys(('illustrator-with-password.pdf', 'illustrator-cut.pdf'), NO_ANSWER),
 }
 
 

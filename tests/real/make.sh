@@ -23,7 +23,7 @@ trap 'complain "$LINENO" "$BASH_COMMAND" "$?"' ERR
 
 # ---- Pictures ----------------------------------------------------------------------------------
 
-# The models: a black and white, a greyscale and a colour picture, and one that does not compress.
+# The originals: a black and white, a greyscale and a colour picture, and one that does not compress.
 pgmramp -ellipse 128 128 | pgmtopbm -threshold >shape.pbm
 pgmramp -ellipse 96 64 >grey.pgm
 pgmramp -lr 96 64 >red.pgm
@@ -88,7 +88,7 @@ pnmtops -quiet few.ppm >made/by-netpbm.eps
 pnmtops -quiet -setpage few.ppm >made/by-netpbm.ps
 pnmtopclxl few.ppm >made/by-netpbm.pxl
 pbmtolj -resolution 75 shape.pbm >made/by-netpbm.pcl
-# Formats that nobody asks about.
+# Formats that no row accepts.
 for format in ppmtoilbm pnmtosgi pnmtorast ppmtoacad ppmtosixel; do
   "$format" few.ppm >"made/few.${format#*to}"
 done
