@@ -131,8 +131,8 @@ constexpr Filter DRAWING_OBJECT = {
 constexpr int TGA = 0x0303;
 constexpr int CURSOR = 0x0311;
 
-// For the rows that accept several formats: the rows that tell them apart. Nothing else says yes to
-// the same files, so that most pictures need no second look.
+// For the rows that accept several formats: the rows that tell them apart. No other formats
+// share their rows, so most pictures need no further row.
 struct MorePrecise {
   int id;
   std::array<int, 3> ids;  // padded with 0

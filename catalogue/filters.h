@@ -12,8 +12,8 @@
 
 namespace typescout::catalogue {
 
-// How much a yes of the row says about a file. Where several rows say yes, the later kind in this
-// list describes the file better.
+// How much is known about a file that the row accepts. Where several rows accept it, the one whose
+// kind comes later in this list describes it better.
 enum class Evidence {
   NEVER,      // the row accepts nothing
   TEXT,       // any text
@@ -34,8 +34,9 @@ struct Filter {
   // Lower case, separated by spaces, the usual one first; may be empty.
   std::string_view extensions;
   Evidence evidence;
-  // The identifiers of earlier rows, padded with 0. One of them wins a full scan of whatever this
-  // row accepts, files of three bytes or less excepted. All 0: the row can win.
+  // The identifiers of earlier rows, padded with 0. A full scan of any file that this row
+  // accepts answers one of them, except for files of three bytes or less. All 0: a full scan can
+  // answer this row.
   std::array<int, 3> hiddenBy;
 };
 
@@ -74,11 +75,11 @@ std::string_view UsualExtension(const Filter& filter);
 // text.
 bool MayNameText(std::string_view extension);
 
-// Which rows to ask about a file that `answer` accepted, in this order: the first that says yes
+// Which rows to ask about a file that `answer` accepted, in this order: the first that accepts it
 // describes the file best, and when none does, `answer` does. `asked` are the rows that gave the
 // answer, in the order in which they were asked; empty for all. Rows that were asked before
-// `answer` are left out, since they said no. `extension` is the file's; it decides between rows of
-// the same evidence only.
+// `answer` are left out, since they refused the file. `extension` is the file's; it decides between
+// rows of the same evidence only.
 std::vector<int> RowsThatDescribeBetter(const Filter& answer, std::string_view extension,
                                         std::span<const int> asked = {});
 

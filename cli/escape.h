@@ -1,4 +1,4 @@
-// Text made safe for what reads it.
+// Escapes text for terminals, JSON and shells.
 #ifndef TYPESCOUT_CLI_ESCAPE_H
 #define TYPESCOUT_CLI_ESCAPE_H
 

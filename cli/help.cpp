@@ -18,16 +18,16 @@ struct Entry {
 
 constexpr Entry EXITS[] = {
     {"0", "Every input was examined."},
-    {"1", "--check said no, a --fail-on finding, or --compare found a change."},
+    {"1", "--check found another format, a --fail-on finding, or --compare found a change."},
     {"2",
      "Some input could not be read; the others were done. It outranks 1, unless --fail-on "
      "unreadable makes it a finding."},
-    {"64", "The command line or a list makes no sense."},
+    {"64", "The command line or a list is not valid."},
     {"70", "Out of memory, or the library is of another version than the program."},
     {"74", "Standard output could not be written."},
     {"130, 141",
-     "Ended by Ctrl-C, with the records so far complete; ended because nobody reads "
-     "standard output any more."},
+     "Ended by Ctrl-C, with the records so far complete; ended because the reader of standard "
+     "output has gone."},
 };
 
 constexpr Entry EXAMPLES[] = {
@@ -141,10 +141,11 @@ std::string ManualPage(std::string_view version) {
       ".SH DESCRIPTION\n"
       "Asks the suite's import filters, in their order, about each file, and prints the "
       "identifier\n"
-      "and the name of the first that says yes; 0x0000 when none does. Only regular files are\n"
+      "and the name of the first that accepts the file; 0x0000 when none does. Only regular "
+      "files are\n"
       "opened. \\fIPATH\\fR \\- is content from standard input.\n.PP\n"
-      "Some filters accept more than one format and are asked early. Where another filter that\n"
-      "says yes as well describes the file better, that one is named too, as the best.\n";
+      "Some filters accept more than one format and are asked early. When another filter accepts\n"
+      "the file too and describes it better, that one is named as well, as the best.\n";
   ForEachShown(heading, [&page](const OptionRow& row) {
     page += ".TP\n";
     if (row.shortName != 0) page += std::string("\\fB\\-") + row.shortName + "\\fR, ";

@@ -1,4 +1,4 @@
-// What the program says about itself, made from the table of options.
+// The help text, the manual page and the completions, made from the table of options.
 #ifndef TYPESCOUT_CLI_HELP_H
 #define TYPESCOUT_CLI_HELP_H
 

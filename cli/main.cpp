@@ -42,7 +42,7 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.completion) return Print(CompletionScript(*options.completion));
   if (options.listModules) return Print(ModuleList());
   if (options.listFilters) return Print(FilterList(options.shape));
-  // The catalogue names the library's rows by their places.
+  // The catalogue refers to the library's rows by index.
   const std::size_t known = typescout::catalogue::Filters().size();
   if (const int rows = GetNumTypeScoutProcs(); static_cast<std::size_t>(rows) != known) {
     Complain("the library has " + std::to_string(rows) + " filters and this program knows " +

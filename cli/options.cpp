@@ -33,7 +33,7 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
     {'r', "recursive", "", NOTHING, &O::recursive, "", "", INPUT,
      "Walk folders, in the order of their names. A folder that is met twice is entered once."},
     {0, "exclude", "GLOB", ANYTHING, &O::excludes, "", "", INPUT,
-     "Leave out, in a walk, what GLOB matches: the name, or the whole path when GLOB has a slash inside; only folders when it ends in one. May be repeated."},
+     "Leave out, in a walk, what GLOB matches: the name, or the whole path when GLOB has a slash inside; only folders when it ends in one. Wildcards are * ? [a-z] [!a-z]. On Windows \\ is a slash too, and letter case does not count. May be repeated."},
     {'x', "one-file-system", "", NOTHING, &O::oneFileSystem, "", "", INPUT,
      "Do not walk into other file systems."},
     {'L', "dereference", "", NOTHING, &O::dereference, "", "", INPUT,
@@ -48,7 +48,7 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
      "Copy the answers for files whose size and time of change are those in OLD, an earlier output of --jsonl. Also resumes an interrupted run."},
 
     {'k', "all", "", NOTHING, &O::all, "", "", QUERY,
-     "Tell every filter that says yes, not only the first."},
+     "Report every filter that accepts the file, not only the first."},
     {'c', "candidates", "LIST", FILTERS, &O::candidates, "", "", QUERY,
      "Ask only these filters, in this order: identifiers (0x0305), labels (gif) and families (raster vector media native document text), separated by commas. May be repeated."},
     {0, "requested", "ID", FILTER, &O::requested, "", "", QUERY,
@@ -138,9 +138,12 @@ std::string Suggest(std::string_view prefix, std::string_view word,
                     const std::vector<std::string_view>& known) {
   const bool isNumber = !word.empty() && word[0] >= '0' && word[0] <= '9';
   // Where two are as near, the one with the same first letter.
-  const auto nearest = std::ranges::min_element(known, {}, [word](std::string_view each) {
+  const auto order = [word](std::string_view each) {
     return std::pair(Distance(word, each), each.substr(0, 1) != word.substr(0, 1));
-  });
+  };
+  const auto nearest = std::min_element(
+      known.begin(), known.end(),
+      [&order](std::string_view a, std::string_view b) { return order(a) < order(b); });
   if (isNumber || nearest == known.end() || Distance(word, *nearest) * 3 > word.size() + 3)
     return {};
   return "; did you mean " + std::string(prefix) + std::string(*nearest) + "?";
@@ -163,7 +166,7 @@ std::string CheckWord(const OptionRow& row, const std::string& word) {
     case FILTER:
     case FILTERS:
     case ANSWERS:
-      if (isFilterNamed || std::ranges::find(values, word) != values.end()) return {};
+      if (isFilterNamed || std::count(values.begin(), values.end(), word) != 0) return {};
       return "no filter '" + word + "'" + Suggest("", word, values) + " (see --list-filters)";
     default:
       return {};
@@ -178,8 +181,8 @@ std::string CheckValue(const OptionRow& row, const std::string& value) {
   return {};
 }
 
-// CLI11 takes a positional argument in brackets for a list in its own notation. What begins like
-// that is told from it by a byte in front, taken off again from whatever it comes out of.
+// CLI11 parses a positional argument in brackets as a list. A byte in front of such an argument
+// prevents that; it is removed from the parsed values and from messages.
 constexpr char SHIELD = '\1';
 
 std::string Shield(const std::string& argument) {
@@ -203,7 +206,7 @@ CLI::Option* Define(const OptionRow& row, CLI::App* app, Options* options) {
         ->disable_flag_override();
   }
   if (const auto* flag = std::get_if<bool O::*>(&row.target)) {
-    // A flag takes no value, so --all=false is an error, not a way to say no.
+    // A flag takes no value, so --all=false is an error.
     return app->add_flag(names, options->**flag)->disable_flag_override();
   }
   CLI::Option* option = nullptr;
@@ -259,7 +262,14 @@ std::string NoSuchOption(std::string_view word) {
   return std::string(name) + ": no such option" + nearest + " (see --help)";
 }
 
-// In our words what CLI11 found wrong. Its own begin with the option's name.
+// The row of the option --NAME, or null.
+const OptionRow* FindOption(std::string_view name) {
+  const auto found = std::find_if(OPTIONS.begin(), OPTIONS.end(),
+                                  [name](const OptionRow& row) { return row.longName == name; });
+  return found == OPTIONS.end() ? nullptr : &*found;
+}
+
+// The message for an error that CLI11 found. CLI11's own message begins with the option's name.
 std::string Explain(const CLI::App& app, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
     return NoSuchOption(app.remaining().front());
@@ -269,8 +279,8 @@ std::string Explain(const CLI::App& app, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
   text.erase(0, text.find_first_not_of('-'));
   text.resize(text.find_first_of(": "));
-  const auto row = std::ranges::find(OPTIONS, text, &OptionRow::longName);
-  const bool takesNothing = row != OPTIONS.end() && row->takes == NOTHING;
+  const OptionRow* row = FindOption(text);
+  const bool takesNothing = row != nullptr && row->takes == NOTHING;
   return "--" + text + (takesNothing ? ": takes no value" : ": a value is needed");
 }
 
@@ -281,9 +291,7 @@ std::string CheckEmptyValues(const std::vector<std::string>& arguments) {
     const bool isEmpty = argument.starts_with("--") && argument.find('=') == argument.size() - 1;
     if (!isEmpty) continue;
     const std::string_view name = std::string_view(argument).substr(2, argument.size() - 3);
-    if (std::ranges::find(OPTIONS, name, &OptionRow::longName) != OPTIONS.end()) {
-      return "--" + std::string(name) + ": an empty value";
-    }
+    if (FindOption(name) != nullptr) return "--" + std::string(name) + ": an empty value";
   }
   return {};
 }
@@ -304,8 +312,8 @@ std::string CheckTogether(const Options& options) {
   const bool isJson = options.shape == Shape::JSON || options.shape == Shape::JSON_LINES;
   if (options.header && (!isJson || options.summary)) return "--header needs --json or --jsonl";
   if (options.csvSafe && options.shape != Shape::CSV) return "--csv-safe needs --csv";
-  const auto content = std::ranges::count(options.paths, "-");
-  const auto lists = std::ranges::count(options.lists, "-");
+  const auto content = std::count(options.paths.begin(), options.paths.end(), "-");
+  const auto lists = std::count(options.lists.begin(), options.lists.end(), "-");
   if (content + lists > 1) return "standard input can be taken once only";
   if (options.contentName && content == 0) return "--name needs the path -";
   const bool hasNoInput = options.paths.empty() && options.lists.empty();
@@ -354,7 +362,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options* opt
   for (const OptionRow& row : OPTIONS) Define(row, &app, options);
   DefineExclusions(&app);
   app.add_option("PATH", options->paths)->transform(Unshield());
-  std::vector<std::string> reversed;  // last to first, as CLI11 wants them
+  std::vector<std::string> reversed;  // last to first, as CLI11 expects them
   std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), Shield);
   try {
     app.parse(std::move(reversed));

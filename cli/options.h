@@ -104,7 +104,7 @@ struct ExitStatus {
   static constexpr int OUTPUT_FAILED = 74;
 };
 
-// Empty when the arguments (without the program's name) make sense; `*options` is filled then.
+// Empty when the arguments (without the program's name) are valid; `*options` is filled then.
 // Otherwise what is wrong, in one line.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options* options);
 

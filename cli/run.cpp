@@ -55,12 +55,12 @@ class Runner {
 
   int Run() {
     platform::CatchInterrupts();
-    std::vector<Outcome> outcomes;
+    std::vector<Pipeline::OutcomePtr> outcomes;
     for (bool hasMore = true; hasMore;) {
       outcomes.clear();
       hasMore = pipeline_.Take(&outcomes);
-      for (const Outcome& outcome : outcomes) Write(outcome);
-      // What is known is not held back while more is waited for.
+      for (const Pipeline::OutcomePtr& outcome : outcomes) Write(*outcome);
+      // Finished records are written before waiting for more.
       if (isTerminal_ || outcomes.empty()) output_.Flush();
       CheckOutput();
       progress_.Update(inputs_);
@@ -75,19 +75,20 @@ class Runner {
   }
 
  private:
+  // More threads than files can be open would find readable files unreadable.
   unsigned ThreadCount() const {
-    const std::uint64_t inputs = source_.Total().value_or(options_.jobs);
-    return static_cast<unsigned>(std::clamp<std::uint64_t>(inputs, 1, options_.jobs));
+    constexpr std::uint64_t OPEN_FILES_OF_A_THREAD = 8;
+    const std::uint64_t threads =
+        std::min<std::uint64_t>({options_.jobs, source_.Total().value_or(options_.jobs),
+                                 platform::RaiseOpenFileLimit() / OPEN_FILES_OF_A_THREAD});
+    return static_cast<unsigned>(std::max<std::uint64_t>(threads, 1));
   }
 
   // Called by one thread at a time.
-  bool Next(Input* input) {
-    if (!source_.Next(input)) return false;
-    if (!std::exchange(hasInput_, true) && source_.Total() != 1) {
-      platform::HoldModules();
-      platform::RaiseOpenFileLimit();
-    }
-    return true;
+  Pipeline::Supply Next(Input* input) {
+    if (!source_.Next(input)) return Pipeline::Supply::END;
+    if (!std::exchange(hasInput_, true) && source_.Total() != 1) platform::HoldModules();
+    return source_.IsWalking() ? Pipeline::Supply::INPUT_AND_MORE : Pipeline::Supply::INPUT;
   }
 
   // Called from several threads.
@@ -120,10 +121,11 @@ class Runner {
     record->oldBestId = old->best == nullptr ? 0 : old->best->id;
   }
 
+  // The record stays what it was.
   Outcome WentSince(Record old) const {
     Outcome outcome;
-    outcome.record.path = std::move(old.path);
-    Compare(old, &outcome.record);
+    Compare(old, &old);
+    outcome.record = std::move(old);
     outcome.record.change = Change::WENT;
     Show(&outcome);
     return outcome;
@@ -141,25 +143,28 @@ class Runner {
     if (outcome.type == Input::Type::BAD_LIST) Refuse(outcome.message);
     if (!outcome.message.empty()) {
       progress_.Clear();
-      // On a terminal they are read together.
+      // On a terminal, output and messages must appear in order.
       if (isTerminal_) output_.Flush();
       Complain(outcome.message);
     }
     isListUnreadable_ |= outcome.type == Input::Type::LIST_ERROR;
     if (outcome.type == Input::Type::LIST_ERROR) return;
     const Record& record = outcome.record;
+    changes_ += record.change != Change::NOT_ASKED && record.change != Change::NONE;
+    if (record.change != Change::WENT) Count(outcome);
+    if (outcome.output.empty()) return;
+    output_.Append(std::exchange(hasWritten_, true) ? writer_->Between() : writer_->Begin());
+    output_.Append(outcome.output);
+  }
+
+  void Count(const Outcome& outcome) {
+    const Record& record = outcome.record;
     ++inputs_;
     unreadable_ += IsUnreadable(record);
     unknown_ += record.state == State::UNKNOWN || record.state == State::EMPTY;
     recognised_ += record.state == State::RECOGNISED;
     mismatches_ += !record.expected.empty();
-    changes_ += record.change != Change::NOT_ASKED && record.change != Change::NONE;
-    if (!outcome.isShown) return;
-    if (options_.summary) summary_.Add(record);
-    if (!outcome.output.empty()) {
-      output_.Append(std::exchange(hasWritten_, true) ? writer_->Between() : writer_->Begin());
-      output_.Append(outcome.output);
-    }
+    if (options_.summary && outcome.isShown) summary_.Add(record);
   }
 
   // Ends the output in its form.
@@ -188,17 +193,17 @@ class Runner {
   [[noreturn]] void EndInterrupted() {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + std::chrono::seconds(1);
-    std::vector<Outcome> outcomes;
+    std::vector<Pipeline::OutcomePtr> outcomes;
     for (bool hasMore = true; hasMore && Clock::now() < end;) {
       outcomes.clear();
       hasMore = pipeline_.Take(&outcomes);
-      for (const Outcome& outcome : outcomes) Write(outcome);
+      for (const Pipeline::OutcomePtr& outcome : outcomes) Write(*outcome);
     }
     Close();
     platform::EndInterrupted();
   }
 
-  // The run makes no sense; what was written so far stays.
+  // Ends the run because a list is invalid; what was written so far stays.
   [[noreturn]] void Refuse(const std::string& message) {
     Close();
     Complain(message);
@@ -207,7 +212,7 @@ class Runner {
 
   int Status() const {
     const auto failsOn = [this](std::string_view what) {
-      return std::ranges::find(options_.failOn, what) != options_.failOn.end();
+      return std::count(options_.failOn.begin(), options_.failOn.end(), what) != 0;
     };
     const bool isUnreadable = isListUnreadable_ || unreadable_ != 0;
     if (isUnreadable && !failsOn("unreadable")) return ExitStatus::UNREADABLE;

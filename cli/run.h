@@ -6,7 +6,8 @@
 
 namespace typescout::cli {
 
-// Returns the exit status. Does not come back when the run is interrupted or its reader is gone.
+// Returns the exit status. Does not return when the run is interrupted or the reader of its output
+// is gone.
 int Run(const Options& options);
 
 }  // namespace typescout::cli

@@ -35,7 +35,7 @@ static void CheckOne() {
 static void EveryRow() {
   wchar_t path[] = L"holiday.gif";
   for (int row = 0; row < GetNumTypeScoutProcs(); ++row) {
-    if (CheckFiltersFromList(path, &row, 1, 0, 0, 0)) std::printf("row %d says yes\n", row);
+    if (CheckFiltersFromList(path, &row, 1, 0, 0, 0)) std::printf("row %d accepts it\n", row);
   }
 }
 

@@ -89,7 +89,9 @@ EarlierOutput::EarlierOutput(const std::string& file) {
   }
   Index(buffer, offset);
   places_.shrink_to_fit();
-  std::ranges::sort(places_, {}, [](const Place& p) { return std::tuple(p.hash, p.offset); });
+  std::sort(places_.begin(), places_.end(), [](const Place& a, const Place& b) {
+    return std::tuple(a.hash, a.offset) < std::tuple(b.hash, b.offset);
+  });
 }
 
 EarlierOutput::~EarlierOutput() {
@@ -124,7 +126,9 @@ std::vector<std::size_t> EarlierOutput::PlacesOf(std::string_view path) const {
   AppendJsonString(path, &written);
   const std::uint64_t hash = Hash(written);
   std::vector<std::size_t> found;
-  const auto begin = std::ranges::lower_bound(places_, hash, {}, &Place::hash);
+  const auto begin =
+      std::lower_bound(places_.begin(), places_.end(), hash,
+                       [](const Place& place, std::uint64_t value) { return place.hash < value; });
   for (auto at = begin; at != places_.end() && at->hash == hash; ++at) {
     found.push_back(static_cast<std::size_t>(at - places_.begin()));
   }
@@ -155,9 +159,10 @@ std::optional<Record> EarlierOutput::Meet(std::string_view path) {
 
 void EarlierOutput::ForEachMissed(const std::function<void(Record)>& each) const {
   std::vector<Place> missed;
-  std::ranges::copy_if(places_, std::back_inserter(missed),
-                       [](const Place& p) { return !p.isMet; });
-  std::ranges::sort(missed, {}, &Place::offset);
+  std::copy_if(places_.begin(), places_.end(), std::back_inserter(missed),
+               [](const Place& place) { return !place.isMet; });
+  std::sort(missed.begin(), missed.end(),
+            [](const Place& a, const Place& b) { return a.offset < b.offset; });
   for (const Place& place : missed) {
     if (auto parsed = Parse(ReadLine(place))) each(std::move(parsed->first));
   }

@@ -14,12 +14,12 @@
 
 namespace typescout::cli {
 
-// Only where each record stands is kept in memory, 24 bytes for each. Safe to use from several
+// Only the place of each record is kept in memory, 24 bytes for each. Safe to use from several
 // threads.
 class EarlierOutput {
  public:
-  // Reads the file once. What is no record in it, such as a line that an interrupted run did not
-  // finish, is passed over.
+  // Reads the file once. Lines that are no records, such as one that an interrupted run did not
+  // finish, are skipped.
   explicit EarlierOutput(const std::string& file);
   ~EarlierOutput();
   EarlierOutput(const EarlierOutput&) = delete;

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <exception>
 #include <new>
-#include <numeric>
 #include <string>
 
 #include "catalogue/content.h"
 #include "cli/ask/filters.h"
 #include "cli/platform/streams.h"
 #include "cli/platform/system.h"
-#include "typescout/typescout.h"
 
 namespace typescout::cli {
 namespace {
@@ -47,92 +45,59 @@ int CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t
   return error != 0 ? error : copy->Finish();
 }
 
+// The rows that the options name; none for all.
+std::vector<int> RowsFor(const Options& options) {
+  if (options.check) return RowsNamed(*options.check);
+  std::vector<int> rows;
+  for (const std::string& word : options.candidates) {
+    const std::vector<int> named = RowsNamed(word);
+    rows.insert(rows.end(), named.begin(), named.end());
+  }
+  return rows;
+}
+
 }  // namespace
 
 Examiner::Examiner(const Options& options, const EarlierOutput* earlier, bool needsStatus)
-    : options_(options), earlier_(earlier), needsStatus_(needsStatus) {
-  if (options.requested) requested_ = FilterNamed(*options.requested);
-  for (const std::string& word : options.candidates) {
-    const std::vector<int> rows = RowsNamed(word);
-    rows_.insert(rows_.end(), rows.begin(), rows.end());
-  }
-  if (options.check) rows_ = RowsNamed(*options.check);
-  isPlainScan_ = rows_.empty() && requested_ == 0;
-  if (!rows_.empty()) return;
-  rows_.resize(catalogue::Filters().size());
-  std::iota(rows_.begin(), rows_.end(), 0);
-  rowsTextLast_ = rows_;
-  std::stable_partition(rowsTextLast_.begin(), rowsTextLast_.end(), [](int row) {
-    return catalogue::Filters()[static_cast<std::size_t>(row)].evidence !=
-           catalogue::Evidence::TEXT;
-  });
-}
-
-int Examiner::Ask(const wchar_t* path, std::span<const int> rows) const {
-  // The function takes pointers to what it never writes.
-  return CheckFiltersFromList(const_cast<wchar_t*>(path), const_cast<int*>(rows.data()),
-                              static_cast<int>(rows.size()), 0, nullptr, requested_);
-}
-
-const Filter* Examiner::Best(const wchar_t* path, const Filter& answer,
-                             std::string_view extension) const {
-  const std::vector<int> better = catalogue::RowsThatDescribeBetter(answer, extension, rows_);
-  const int id = better.empty() ? 0 : Ask(path, better);
-  return id == 0 ? &answer : catalogue::FindFilter(id);
-}
+    : options_(options),
+      earlier_(earlier),
+      needsStatus_(needsStatus),
+      question_(RowsFor(options), options.requested ? FilterNamed(*options.requested) : 0) {}
 
 std::vector<const Filter*> Examiner::AllAnswers(const wchar_t* path, const Filter& first) const {
   std::vector<const Filter*> all;
   if (RowOf(first) < 0) all.push_back(&first);
-  std::span<const int> rows = rows_;
-  while (const int id = Ask(path, rows)) {
-    const auto found = std::ranges::find_if(rows, [id](int row) {
-      return catalogue::Filters()[static_cast<std::size_t>(row)].id == id;
+  std::span<const int> rows = question_.rows();
+  while (const Filter* filter = question_.AskRows(path, rows)) {
+    const auto found = std::find_if(rows.begin(), rows.end(), [filter](int row) {
+      return catalogue::Filters()[static_cast<std::size_t>(row)].id == filter->id;
     });
     if (found == rows.end()) break;
-    const Filter* filter = catalogue::FindFilter(id);
-    if (std::ranges::find(all, filter) == all.end()) all.push_back(filter);
+    if (std::count(all.begin(), all.end(), filter) == 0) all.push_back(filter);
     rows = rows.subspan(static_cast<std::size_t>(found - rows.begin()) + 1);
   }
   return all;
-}
-
-// The library's answer, null for none; the record's state and reason tell why. `*isBest`:
-// nothing describes the file better.
-const Filter* Examiner::FirstAnswer(const Place& place, const wchar_t* path, bool mayBeText,
-                                    bool* isBest, Record* record) const {
-  const auto scan = [this, path] { return isPlainScan_ ? TypeScoutFile(path) : Ask(path, rows_); };
-  // Most files are text, and of a text it has to be asked whether a row behind those for any text
-  // describes it better. With these rows at the end of the list one call tells both. It does not
-  // look at the class of a compound document, as TypeScoutFile() does, so it counts only where
-  // there is none.
-  const Filter* filter = catalogue::FindFilter(mayBeText ? Ask(path, rowsTextLast_) : scan());
-  *isBest = mayBeText && filter != nullptr && filter->evidence == catalogue::Evidence::TEXT;
-  if (filter != nullptr) return !mayBeText || *isBest ? filter : catalogue::FindFilter(scan());
-
-  // The library answers 0 for everything that it has nothing to say about.
-  std::string beginning(8, '\0');
-  const int error = platform::TryToRead(place, &beginning);
-  if (mayBeText && catalogue::IsCompoundDocument(beginning)) filter = catalogue::FindFilter(scan());
-  record->state = beginning.empty() ? State::EMPTY : State::UNKNOWN;
-  if (error != 0) Fail(State::UNREADABLE, platform::ErrorText(error), record);
-  return filter;
 }
 
 void Examiner::ExamineFile(const Place& place, Record* record) const {
   const platform::PathForLibrary path(place);
   if (path.get() == nullptr) return Fail(State::UNREADABLE, "The path is too long", record);
   const std::string extension = catalogue::ExtensionOf(record->path);
-  const bool mayBeText = isPlainScan_ && catalogue::MayNameText(extension);
-  bool isBest = false;
-  const Filter* filter = FirstAnswer(place, path.get(), mayBeText, &isBest, record);
+  const auto readBeginning = [&place, record] {
+    std::string beginning(catalogue::Question::BEGINNING, '\0');
+    const int error = platform::TryToRead(place, &beginning);
+    record->state = beginning.empty() ? State::EMPTY : State::UNKNOWN;
+    if (error != 0) Fail(State::UNREADABLE, platform::ErrorText(error), record);
+    return beginning;
+  };
+  auto [filter, best] = question_.Ask(path.get(), extension, readBeginning);
   if (filter == nullptr) return;
-  const Filter* best = filter;
-  if (!options_.check) {
-    if (!isBest) best = Best(path.get(), *filter, extension);
-    if (options_.all) record->all = AllAnswers(path.get(), *filter);
+  if (options_.check) {
+    best = filter;
+  } else {
     record->expected = catalogue::ExpectedExtension(*best, extension);
   }
+  if (options_.all) record->all = AllAnswers(path.get(), *filter);
   record->state = State::RECOGNISED;
   record->filter = filter;
   record->best = best;

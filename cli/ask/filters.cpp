@@ -10,7 +10,7 @@ namespace typescout::cli {
 int FilterNamed(std::string_view word) {
   if (const Filter* filter = catalogue::FindFilter(word); filter != nullptr) return filter->id;
   const bool isHex = word.starts_with("0x") || word.starts_with("0X");
-  // 0305 could be meant either way.
+  // 0305 is ambiguous: it could be decimal or hexadecimal.
   if (!isHex && word.starts_with('0')) return 0;
   if (isHex) word.remove_prefix(2);
   int id = 0;

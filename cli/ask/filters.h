@@ -2,7 +2,6 @@
 #ifndef TYPESCOUT_CLI_ASK_FILTERS_H
 #define TYPESCOUT_CLI_ASK_FILTERS_H
 
-#include <span>
 #include <string_view>
 #include <vector>
 

@@ -8,6 +8,7 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -30,8 +31,14 @@ struct Outcome {
 
 class Pipeline {
  public:
-  using Source = std::function<bool(Input*)>;  // false at the end
+  enum class Supply {
+    INPUT,
+    INPUT_AND_MORE,  // the next one is there soon
+    END,             // no input
+  };
+  using Source = std::function<Supply(Input*)>;
   using Work = std::function<Outcome(const Input&)>;
+  using OutcomePtr = std::unique_ptr<const Outcome>;
 
   // `source` is called by one thread at a time, `work` by up to `threads` at once. Where the system
   // gives fewer threads, fewer work; where it gives none, Take() does.
@@ -43,26 +50,35 @@ class Pipeline {
 
   // Waits for the next outcomes, at most for a moment, and appends those that are there, which may
   // be none. False when there are no more after them. Throws what a thread has thrown.
-  bool Take(std::vector<Outcome>* outcomes);
+  bool Take(std::vector<OutcomePtr>* outcomes);
 
  private:
+  struct Ticket {
+    std::uint64_t number;
+    Input input;
+  };
+
   void WorkUntilEnd();
-  std::optional<std::uint64_t> TakeInput(Input* input);
-  void Put(std::uint64_t ticket, Outcome outcome);
+  std::optional<Ticket> TakeInput();
+  void ReadSource(std::unique_lock<std::mutex>* lock);
+  void Put(std::uint64_t ticket, OutcomePtr outcome);
 
   Source source_;
   Work work_;
-  std::mutex sourceMutex_;
 
   std::mutex mutex_;  // for all that follows
   std::condition_variable hasOutcome_;
-  std::condition_variable hasRoom_;
-  std::deque<std::optional<Outcome>> outcomes_;  // nothing where the work is not done
-  std::uint64_t taken_ = 0;                      // the ticket of the first of them
-  unsigned working_ = 0;                         // threads
-  bool isAtEnd_ = false;                         // the source
-  bool isWatched_ = false;                       // Take() sleeps until it is told of an outcome
-  bool isBusy_ = false;                          // the last Take() found something
+  std::condition_variable hasInput_;
+  std::deque<Ticket> inputs_;        // read from the source, and not worked on yet
+  unsigned idle_ = 0;                // threads that wait for an input
+  bool isReading_ = false;           // a thread is in ReadSource()
+  std::deque<OutcomePtr> outcomes_;  // null where the work is not done
+  std::uint64_t taken_ = 0;          // the ticket of the first of them
+  unsigned working_ = 0;             // threads
+  bool isAtEnd_ = false;             // the source
+  bool isWatched_ = false;           // Take() sleeps until it is notified of an outcome
+  bool isResting_ = false;           // Take() sleeps until there are many of them
+  bool isBusy_ = false;              // the last Take() found something
   bool isEnding_ = false;
   std::exception_ptr failure_;
   std::vector<std::thread> threads_;

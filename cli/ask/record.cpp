@@ -41,7 +41,7 @@ const KindWords& WordsOf(Kind kind) {
 std::string_view StateLabel(State state) { return STATES[static_cast<std::size_t>(state)]; }
 
 std::optional<State> StateOf(std::string_view label) {
-  const auto* found = std::ranges::find(STATES, label);
+  const auto found = std::find(STATES.begin(), STATES.end(), label);
   if (found == STATES.end()) return std::nullopt;
   return static_cast<State>(found - STATES.begin());
 }
@@ -49,7 +49,8 @@ std::optional<State> StateOf(std::string_view label) {
 std::string_view KindLabel(Kind kind) { return WordsOf(kind).label; }
 
 Kind KindOf(std::string_view label) {
-  const auto* found = std::ranges::find(KINDS, label, &KindWords::label);
+  const auto found = std::find_if(KINDS.begin(), KINDS.end(),
+                                  [label](const KindWords& words) { return words.label == label; });
   return static_cast<Kind>(std::min<std::ptrdiff_t>(found - KINDS.begin(), KINDS.size() - 1));
 }
 
@@ -79,7 +80,7 @@ bool IsOneOf(const Record& record, const std::vector<std::string>& words) {
     return word == Label(record, filter) ||
            (filter != nullptr && word == catalogue::Family(filter->id));
   };
-  return std::ranges::any_of(words, [&](std::string_view word) {
+  return std::any_of(words.begin(), words.end(), [&](std::string_view word) {
     return word == StateLabel(record.state) || isNamed(word, record.filter) ||
            isNamed(word, record.best);
   });
@@ -89,19 +90,19 @@ bool IsUnreadable(const Record& record) {
   return record.state == State::UNREADABLE || record.state == State::CUT_SHORT;
 }
 
-std::string FormatTime(std::int64_t nanoseconds) {
+std::string FormatTime(const platform::Time& time) {
   using namespace std::chrono;
-  const sys_time<std::chrono::nanoseconds> time{std::chrono::nanoseconds(nanoseconds)};
-  const sys_days day = floor<days>(time);
+  constexpr std::int64_t LONGEST = std::int64_t{32'000} * 31'556'952;  // seconds in so many years
+  const sys_seconds moment{seconds(std::clamp(time.seconds, -LONGEST, LONGEST))};
+  const sys_days day = floor<days>(moment);
   const year_month_day date(day);
-  const hh_mm_ss clock(time - day);
+  const hh_mm_ss clock(moment - day);
   std::array<char, 64> text;
   std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%09dZ",
                 static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
                 static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
                 static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()),
-                static_cast<int>(clock.subseconds().count()));
+                static_cast<int>(clock.seconds().count()), static_cast<int>(time.nanoseconds));
   return text.data();
 }
 

@@ -1,4 +1,4 @@
-// What is known about one input once it has been looked at.
+// What is known about an input that was examined.
 #ifndef TYPESCOUT_CLI_ASK_RECORD_H
 #define TYPESCOUT_CLI_ASK_RECORD_H
 
@@ -18,7 +18,7 @@ using catalogue::Filter;
 enum class State {
   RECOGNISED,
   UNKNOWN,
-  EMPTY,         // no bytes, and no filter that takes that
+  EMPTY,         // no bytes, and no filter accepts that
   UNREADABLE,    // `reason` says why
   CUT_SHORT,     // became shorter while it was read
   NOT_EXAMINED,  // not a regular file; `kind` says what
@@ -32,13 +32,13 @@ struct Record {
   State state = State::UNKNOWN;
   platform::Kind kind = platform::Kind::FILE;
   std::string reason;
-  std::optional<std::uint64_t> size;     // in bytes
-  std::optional<std::int64_t> modified;  // in nanoseconds since 1970-01-01 00:00 UTC
+  std::optional<std::uint64_t> size;  // in bytes
+  std::optional<platform::Time> modified;
   // The library's answer; null unless recognised.
   const Filter* filter = nullptr;
-  // The most specific filter that says yes, often the same; null unless recognised.
+  // The most specific filter that accepts the file, often the same; null unless recognised.
   const Filter* best = nullptr;
-  // Every filter that says yes, in registry order; only when all were asked for.
+  // Every filter that accepts the file, in registry order; only when all were asked for.
   std::vector<const Filter*> all;
   // The extension that `best` would have, where the name has another one that does not fit.
   std::string_view expected;
@@ -63,7 +63,7 @@ std::vector<std::string_view> StateLabels();
 // "unreadable", "cut-short", "fifo", ... `filter` is one of the record's.
 std::string_view Label(const Record& record, const Filter* filter);
 
-// The same for people.
+// The same in readable words.
 std::string_view Name(const Record& record, const Filter* filter);
 
 // The MIME type of the filter. For what has none "application/octet-stream", for what is no file
@@ -76,8 +76,9 @@ bool IsOneOf(const Record& record, const std::vector<std::string>& words);
 
 bool IsUnreadable(const Record& record);
 
-// YYYY-MM-DDThh:mm:ss.nnnnnnnnnZ (RFC 3339) of nanoseconds since 1970-01-01 00:00 UTC.
-std::string FormatTime(std::int64_t nanoseconds);
+// YYYY-MM-DDThh:mm:ss.nnnnnnnnnZ (RFC 3339). Years beyond 9999 have more digits; what lies more
+// than 32,000 years from 1970 is shown as that year.
+std::string FormatTime(const platform::Time& time);
 
 }  // namespace typescout::cli
 

@@ -1,7 +1,5 @@
 #include "cli/input/glob.h"
 
-#include <algorithm>
-#include <cwctype>
 #include <optional>
 
 #include "cli/platform/folders.h"
@@ -19,8 +17,8 @@ std::wstring Normalise(std::string_view text) {
   std::wstring wide = ToWide(text);
   for (wchar_t& c : wide) {
     if (c == L'\\' && platform::IsSeparator('\\')) c = L'/';
-    if (platform::IgnoresCase()) c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
   }
+  platform::FoldCase(&wide);
   return wide;
 }
 

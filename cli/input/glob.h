@@ -15,7 +15,7 @@ class Glob {
   explicit Glob(std::string_view pattern);
 
   // Whether it matches an entry of a walk: by its name, or by the whole path when the pattern has a
-  // separator other than the last character; "./" in front of either counts for nothing. A pattern
+  // separator other than the last character; "./" in front of either is ignored. A pattern
   // that ends in a separator matches folders only.
   bool Matches(std::string_view path, std::string_view name, bool isFolder) const;
 

@@ -1,4 +1,4 @@
-// What one line of the output is going to be about.
+// An input, which becomes one record of the output.
 #ifndef TYPESCOUT_CLI_INPUT_INPUT_H
 #define TYPESCOUT_CLI_INPUT_INPUT_H
 
@@ -14,7 +14,7 @@ struct Input {
     PATH,
     CONTENT,     // standard input
     LIST_ERROR,  // a list that could not be read further: `error` says why; no record
-    BAD_LIST,    // a list that makes no sense: ends the run as a wrong command line does
+    BAD_LIST,    // an invalid list: ends the run as a wrong command line does
   };
 
   Type type = Type::PATH;
@@ -22,7 +22,7 @@ struct Input {
   // How the system reaches it where `path` is too long for the library.
   std::optional<platform::Place> reach;
   platform::Kind kind = platform::Kind::FILE;
-  std::optional<platform::Status> status;  // where it was asked for already
+  std::optional<platform::Status> status;  // when it is known already
   // Not empty: why there is nothing to examine.
   std::string error;
 

@@ -18,11 +18,13 @@ constexpr std::size_t OPEN_FOLDERS = 64;
 }  // namespace
 
 InputSource::InputSource(const Options& options)
-    : options_(options), excludes_(options.excludes.begin(), options.excludes.end()) {}
+    : options_(options), excludes_(options.excludes.begin(), options.excludes.end()) {
+  for (const std::string& path : options.paths) platform::ExpandWildcards(path, &paths_);
+}
 
 std::optional<std::uint64_t> InputSource::Total() const {
   if (options_.recursive || !options_.lists.empty()) return std::nullopt;
-  return options_.paths.size();
+  return paths_.size();
 }
 
 bool InputSource::Next(Input* input) {
@@ -32,8 +34,8 @@ bool InputSource::Next(Input* input) {
       if (NextWalked(input)) return true;
       continue;
     }
-    if (nextPath_ < options_.paths.size()) {
-      const std::string& path = options_.paths[nextPath_++];
+    if (nextPath_ < paths_.size()) {
+      const std::string& path = paths_[nextPath_++];
       if (path == "-") {
         input->type = Input::Type::CONTENT;
         input->path = options_.contentName.value_or(path);
@@ -136,7 +138,7 @@ bool InputSource::Resolve(bool followLink, Input* input) {
   return error == 0;
 }
 
-// A folder that is not entered is a record, so that nothing goes unsaid.
+// A folder that is not entered gets a record of its own.
 bool InputSource::Enter(bool followLink, Input* input) {
   const platform::Status& status = *input->status;
   if (frames_.empty()) {

@@ -25,6 +25,9 @@ class InputSource {
   // False when there are no more, or the run was interrupted.
   bool Next(Input* input);
 
+  // Whether a folder is being walked: the next input does not depend on who writes a list.
+  bool IsWalking() const { return !frames_.empty(); }
+
   // How many there will be, where that is known from the start.
   std::optional<std::uint64_t> Total() const;
 
@@ -42,13 +45,14 @@ class InputSource {
   bool NextListed(Input* input);
   // Asks what kind the input is; false when that fails.
   bool Resolve(bool followLink, Input* input);
-  // These are false when there is nothing to tell: a folder was entered or left, or something is
+  // These are false when there is no input: a folder was entered or left, or something is
   // excluded.
   bool NextWalked(Input* input);
   bool Enter(bool followLink, Input* input);
 
   const Options& options_;
   std::vector<Glob> excludes_;
+  std::vector<std::string> paths_;  // those of the command line, wildcards expanded
   std::size_t nextPath_ = 0;
   std::size_t nextList_ = 0;
   std::optional<PathList> list_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/platform/streams.h"
+#include "cli/platform/system.h"
 #include "cli/utf8.h"
 
 namespace typescout::cli {
@@ -36,7 +37,7 @@ bool PathList::Fill() {
   return !atEnd_;
 }
 
-// Turns what was read into UTF-8. What is not yet whole waits in `undecoded_`.
+// Turns what was read into UTF-8. An incomplete character is kept in `undecoded_`.
 void PathList::Decode(std::string* piece) {
   if (encoding_ == Encoding::UNKNOWN) {
     constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
@@ -104,6 +105,7 @@ PathList::Result PathList::Next(std::string* path) {
       if (path->find('\0') != std::string::npos) return Result::HAS_NUL;
       if (path->ends_with('\r')) path->pop_back();
     }
+    *path = platform::ListedPath(std::move(*path));
     if (!path->empty()) return isCut ? Result::TOO_LONG : Result::PATH;
   }
   return Result::END;

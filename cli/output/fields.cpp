@@ -57,7 +57,7 @@ constexpr auto RECORD_FIELDS = std::to_array<Field<Record>>({
     {"path_bytes", JSON_AND_CSV, [](const R& r) -> Value { return IsValidUtf8(r.path) ? Value() : Value(Base64(r.path)); },
      "The path's true bytes in base64, where \"path\" does not have them."},
     {"status", ALWAYS, [](const R& r) -> Value { return StateLabel(r.state); },
-     "recognised, unknown (no filter says yes), empty (nothing to read), unreadable, cut-short (became shorter while it was read) or not-examined (no regular file)."},
+     "recognised, unknown (no filter accepts the file), empty (nothing to read), unreadable, cut-short (became shorter while it was read) or not-examined (no regular file)."},
     {"kind", ALWAYS, [](const R& r) -> Value { return KindLabel(r.kind); },
      "file, folder, fifo, socket, character-device, block-device, link or other."},
     {"size", ALWAYS, [](const R& r) -> Value { return r.size ? Value(*r.size) : Value(); },
@@ -65,7 +65,7 @@ constexpr auto RECORD_FIELDS = std::to_array<Field<Record>>({
     {"mtime", ALWAYS, [](const R& r) -> Value { return r.modified ? Value(FormatTime(*r.modified)) : Value(); },
      "When the file was last changed (RFC 3339, UTC)."},
     {"id", ALWAYS, [](const R& r) -> Value { return IdOf(r.filter); },
-     "The answer: the identifier of the first filter that says yes, 0x0000 for none."},
+     "The answer: the identifier of the first filter that accepts the file, 0x0000 for none."},
     {"label", ALWAYS, [](const R& r) -> Value { return Label(r, r.filter); },
      "The answer's label, or the status or kind."},
     {"name", ALWAYS, [](const R& r) -> Value { return Name(r, r.filter); },
@@ -75,7 +75,7 @@ constexpr auto RECORD_FIELDS = std::to_array<Field<Record>>({
     {"mime", ALWAYS, [](const R& r) -> Value { return MimeType(r, r.filter); },
      "The answer's MIME type; application/octet-stream where it has none, inode/... for what is no file."},
     {"best_id", ALWAYS, [](const R& r) -> Value { return IdOf(r.best); },
-     "The most specific of the filters that say yes: its identifier,"},
+     "The most specific of the filters that accept the file: its identifier,"},
     {"best_label", ALWAYS, [](const R& r) -> Value { return Label(r, r.best); },
      "its label,"},
     {"best_name", ALWAYS, [](const R& r) -> Value { return Name(r, r.best); },
@@ -85,7 +85,7 @@ constexpr auto RECORD_FIELDS = std::to_array<Field<Record>>({
     {"best_extension", ALWAYS, [](const R& r) -> Value { return TextOrNothing(r.best == nullptr ? "" : UsualExtension(*r.best)); },
      "and its usual extension, without the dot."},
     {"all", ALWAYS, [](const R& r) -> Value { return r.all.empty() ? Value() : Value(r.all); },
-     "With --all, every filter that says yes, in the registry's order."},
+     "With --all, every filter that accepts the file, in the registry's order."},
     {"mismatch", ALWAYS, [](const R& r) -> Value { return r.filter == nullptr ? Value() : Value(!r.expected.empty()); },
      "Whether the path's extension does not belong to what the file is best."},
     {"expected", ALWAYS, [](const R& r) -> Value { return TextOrNothing(r.expected); },
@@ -204,10 +204,11 @@ std::span<const Field<Record>> RecordFields() { return RECORD_FIELDS; }
 std::span<const Field<Filter>> FilterFields() { return FILTER_FIELDS; }
 
 const Field<Record>* FindTemplateField(std::string_view name) {
-  const auto* found = std::ranges::find_if(RECORD_FIELDS, [name](const Field<Record>& field) {
-    return field.name == name && field.use != JSON_AND_CSV;
-  });
-  return found == RECORD_FIELDS.end() ? nullptr : found;
+  const auto found =
+      std::find_if(RECORD_FIELDS.begin(), RECORD_FIELDS.end(), [name](const Field<Record>& field) {
+        return field.name == name && field.use != JSON_AND_CSV;
+      });
+  return found == RECORD_FIELDS.end() ? nullptr : &*found;
 }
 
 std::string ToText(const Value& value) {

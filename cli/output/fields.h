@@ -1,4 +1,4 @@
-// What every output says about a record, field by field: one table for JSON, CSV, --format and the
+// The fields of a record in every output: one table for JSON, CSV, --format and the
 // manual page, and one for the registry.
 #ifndef TYPESCOUT_CLI_OUTPUT_FIELDS_H
 #define TYPESCOUT_CLI_OUTPUT_FIELDS_H

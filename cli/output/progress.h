@@ -1,4 +1,4 @@
-// The line on standard error that tells how far a run has come.
+// The line on standard error that shows the progress of a run.
 #ifndef TYPESCOUT_CLI_OUTPUT_PROGRESS_H
 #define TYPESCOUT_CLI_OUTPUT_PROGRESS_H
 

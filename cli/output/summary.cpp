@@ -52,7 +52,8 @@ std::string Summary::AsText(std::size_t width) const {
   constexpr std::size_t SHARE = 7;
   using Entry = std::pair<std::string_view, Row>;
   std::vector<Entry> entries(rows_.begin(), rows_.end());
-  std::ranges::stable_sort(entries, std::greater(), [](const Entry& e) { return e.second.count; });
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const Entry& a, const Entry& b) { return a.second.count > b.second.count; });
   const Row sums = Sums();
   const auto line = [](const Row& row) {
     return Padded(std::to_string(row.count), COLUMN) + Padded(FormatBytes(row.bytes), COLUMN) +
@@ -67,7 +68,8 @@ std::string Summary::AsText(std::size_t width) const {
                      Padded("mismatches", COLUMN + 2) + "  share\n";
   for (const auto& [label, row] : entries) {
     const std::uint64_t perMille = (row.count * 1000 + sums.count / 2) / sums.count;
-    const std::size_t length = (row.count * barWidth + sums.count - 1) / sums.count;
+    const auto length =
+        static_cast<std::size_t>((row.count * barWidth + sums.count - 1) / sums.count);
     std::string name(row.name);
     name.resize(nameWidth, ' ');
     text +=

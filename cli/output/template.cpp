@@ -1,7 +1,5 @@
 #include "cli/output/template.h"
 
-#include <algorithm>
-
 #include "cli/escape.h"
 #include "cli/output/fields.h"
 

@@ -13,7 +13,7 @@ namespace {
 
 using catalogue::FormatId;
 
-// Lines for people: path: identifier name.
+// Lines of text: path: identifier name.
 class TextWriter : public Writer {
  public:
   TextWriter(const Options& options, bool isTerminal, bool isColored)
@@ -104,10 +104,10 @@ class TextWriter : public Writer {
 
 std::vector<Field<Record>> FieldsFor(const Options& options) {
   std::vector<Field<Record>> fields;
-  std::ranges::copy_if(RecordFields(), std::back_inserter(fields), [&](const Field<Record>& field) {
+  for (const Field<Record>& field : RecordFields()) {
     using enum Field<Record>::Use;
-    return field.use != TEMPLATE && (field.use != COMPARE || options.compare);
-  });
+    if (field.use != TEMPLATE && (field.use != COMPARE || options.compare)) fields.push_back(field);
+  }
   return fields;
 }
 
@@ -170,7 +170,7 @@ class JsonLinesWriter : public Writer {
   std::string head_;
 };
 
-// The exit status says it all.
+// No output: the exit status is the answer.
 class SilentWriter : public Writer {
  public:
   std::string Format(const Record&) const override { return {}; }
@@ -183,7 +183,11 @@ std::string FilterTable() {
       "extensions\n";
   for (const Filter& filter : catalogue::Filters()) {
     const auto value = [&filter](std::string_view name) {
-      return ToText(std::ranges::find(FilterFields(), name, &Field<Filter>::name)->value(filter));
+      const auto fields = FilterFields();
+      const auto field =
+          std::find_if(fields.begin(), fields.end(),
+                       [name](const Field<Filter>& each) { return each.name == name; });
+      return ToText(field->value(filter));
     };
     for (const auto& [name, width] : {std::pair<std::string_view, std::size_t>{"row", 5},
                                       {"id", 8},

@@ -15,8 +15,8 @@ class Writer {
  public:
   virtual ~Writer() = default;
 
-  // What stands before the first record, between two records and behind the last; what stands in
-  // the place of all that when there are no records.
+  // The text before the first record, between two records and after the last; and the text that
+  // replaces all of them when there are no records.
   virtual std::string Begin() const { return {}; }
   virtual std::string Between() const { return {}; }
   virtual std::string End() const { return {}; }

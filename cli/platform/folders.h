@@ -25,13 +25,19 @@ enum class Kind : char {
   NOT_TOLD,  // the folder's listing does not say
 };
 
+// A moment, since 1970-01-01 00:00 UTC.
+struct Time {
+  std::int64_t seconds = 0;
+  std::int32_t nanoseconds = 0;  // 0 to 999,999,999, later than the second
+};
+
 struct Status {
   int error = 0;  // when set, nothing else is
   Kind kind = Kind::OTHER;
   std::uint64_t device = 0;
   std::uint64_t serial = 0;  // with `device`, names the file while it exists
   std::uint64_t size = 0;
-  std::int64_t modified = 0;  // nanoseconds since 1970-01-01 00:00 UTC
+  Time modified;
 };
 
 // The names in a folder, in the order of their bytes, "." and ".." left out. All in one block of
@@ -76,7 +82,7 @@ struct Place {
   std::string name;
 };
 
-// Opens nothing. Without `followLink` a symbolic link is told as such.
+// Opens nothing. Without `followLink` a symbolic link is reported as a link.
 Status StatusOf(const Place& place, bool followLink);
 
 // Null with `*error` set when it does not open. Never opens anything but a folder.
@@ -90,10 +96,16 @@ int ListFolder(const Place& place, bool followLink, Listing* listing);
 // null with `*error` set when that fails.
 Place ReachThroughFolder(const std::string& path, int* error);
 
-// Paths on this system: what separates components, and whether letters that differ only in case
-// are the same. '/' separates everywhere.
+// Adds the paths that an argument of the command line stands for. Where the shell leaves wildcards
+// to the program, as on Windows: what the pattern matches, folders too, in the order of the bytes.
+// Otherwise, and when nothing matches, the argument itself.
+void ExpandWildcards(const std::string& argument, std::vector<std::string>* paths);
+
+// What separates the components of a path on this system; '/' does everywhere.
 bool IsSeparator(char c);
-bool IgnoresCase();
+
+// Where names of files are the same whatever the case of their letters: brings all into one case.
+void FoldCase(std::wstring* name);
 
 // The path with a further component.
 std::string JoinPath(const std::string& folder, std::string_view name);

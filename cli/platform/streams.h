@@ -16,7 +16,8 @@ enum class Stream { INPUT, OUTPUT, MESSAGES };
 void OccupyStandardStreams();
 
 bool IsTerminal(Stream stream);
-// Whether nobody sees what is written before the program ends: a regular file or the null device.
+// Whether the stream is a regular file or the null device, whose output is usually read only after
+// the program has ended.
 bool IsFile(Stream stream);
 // In columns; 80 where that is not known.
 std::size_t TerminalWidth(Stream stream);

@@ -2,6 +2,7 @@
 #ifndef TYPESCOUT_CLI_PLATFORM_SYSTEM_H
 #define TYPESCOUT_CLI_PLATFORM_SYSTEM_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,11 +15,16 @@ std::string ErrorText(int error);
 // What main() got, without the program's name.
 std::vector<std::string> Arguments(int argc, char** argv);
 
+// A path that another program wrote into a list. On Windows such programs write in the console's
+// encoding, unless it is UTF-8 already.
+std::string ListedPath(std::string bytes);
+
 // Empty when the variable is not set.
 std::string Environment(const char* name);
 
-// Raises the limit on open files as far as the system allows, 65,536 at most.
-void RaiseOpenFileLimit();
+// Raises the limit on open files as far as the system allows, 65,536 at most. Returns what it is
+// then; where there is no limit, the largest number.
+std::size_t RaiseOpenFileLimit();
 
 }  // namespace typescout::cli::platform
 

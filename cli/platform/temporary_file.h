@@ -1,4 +1,4 @@
-// What the ways out of the program need to know of TemporaryFile.
+// Removes temporary files when the program ends.
 #ifndef TYPESCOUT_CLI_PLATFORM_TEMPORARY_FILE_H
 #define TYPESCOUT_CLI_PLATFORM_TEMPORARY_FILE_H
 

@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <exception>
 #include <new>
-#include <numeric>
 #include <utility>
 
 #include "catalogue/content.h"
@@ -30,32 +29,24 @@ Outcome Failed(int error, std::string reason = {}) {
 
 Path FromAscii(const std::string& path) { return {path, {path.begin(), path.end()}}; }
 
-int AskRows(const std::wstring& path, const std::vector<int>& rows, int requested) {
-  // The function takes pointers to what it never writes.
-  return CheckFiltersFromList(const_cast<wchar_t*>(path.c_str()), const_cast<int*>(rows.data()),
-                              static_cast<int>(rows.size()), 0, nullptr, requested);
-}
-
-int FirstAnswer(const std::wstring& path, const Question& question) {
-  if (!question.rows.empty()) return AskRows(path, question.rows, question.requested);
-  if (question.requested == 0) return TypeScoutFile(path.c_str());
-  std::vector<int> all(catalogue::Filters().size());
-  std::iota(all.begin(), all.end(), 0);
-  return AskRows(path, all, question.requested);
-}
-
-// Why the library has no answer: 0 when the file can be read, else an errno.
-int WhyNoAnswer(const std::string& path) {
-  struct stat status;
-  if (stat(path.c_str(), &status) != 0) return errno;
-  if (S_ISDIR(status.st_mode)) return EISDIR;
-  if (!S_ISREG(status.st_mode)) return EINVAL;
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return errno;
+// The file's first bytes, when the library has no answer. All that the library reads is read, so
+// that an error in the middle shows, too. `*error`: 0 when the file can be read, else an errno.
+std::string ReadBeginning(const std::string& path, int* error) {
   std::array<char, catalogue::HEAD_SIZE> head;
-  const int error = read(descriptor, head.data(), head.size()) < 0 ? errno : 0;
-  close(descriptor);
-  return error;
+  struct stat status;
+  *error = 0;
+  if (stat(path.c_str(), &status) != 0) {
+    *error = errno;
+  } else if (!S_ISREG(status.st_mode)) {
+    *error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+  }
+  if (*error != 0) return {};
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const ssize_t count = descriptor < 0 ? -1 : read(descriptor, head.data(), head.size());
+  if (count < 0) *error = errno;
+  if (descriptor >= 0) close(descriptor);
+  return {head.data(),
+          std::min(static_cast<std::size_t>(std::max<ssize_t>(count, 0)), Question::BEGINNING)};
 }
 
 // `shown` is the path or name that the caller gave.
@@ -63,15 +54,13 @@ Outcome Ask(const Path& path, std::string_view shown, const Question& question) 
   if (path.wide.size() > LONGEST_PATH) return Failed(ENAMETOOLONG);
   Outcome outcome;
   try {
-    const int id = FirstAnswer(path.wide, question);
-    if (id == 0) return Failed(WhyNoAnswer(path.bytes));
-    outcome.answer = outcome.best = catalogue::FindFilter(id);
-    const std::vector<int> better = catalogue::RowsThatDescribeBetter(
-        *outcome.answer, catalogue::ExtensionOf(shown), question.rows);
-    if (better.empty()) return outcome;
-    if (const int best = AskRows(path.wide, better, question.requested); best != 0) {
-      outcome.best = catalogue::FindFilter(best);
-    }
+    const auto readBeginning = [&path, &outcome] {
+      return ReadBeginning(path.bytes, &outcome.error);
+    };
+    const auto [answer, best] =
+        question.Ask(path.wide.c_str(), catalogue::ExtensionOf(shown), readBeginning);
+    outcome.answer = answer;
+    outcome.best = best;
   } catch (int) {
     outcome = Failed(EIO, "The file became shorter while it was read");
   } catch (const std::bad_alloc&) {

@@ -1,20 +1,17 @@
-// One file in, what the library says of it out: the answer, the best description, or why there is
+// Asks the library about one file: gives the answer and the best description, or why there is
 // neither.
 #ifndef TYPESCOUT_PYTHON_ASK_H
 #define TYPESCOUT_PYTHON_ASK_H
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "catalogue/filters.h"
+#include "catalogue/question.h"
 
 namespace typescout::python {
 
-struct Question {
-  std::vector<int> rows;  // registry indices, in the order in which they are asked; empty: all
-  int requested = 0;      // the filter that the caller means to use, or 0
-};
+using catalogue::Question;
 
 struct Outcome {
   const catalogue::Filter* answer = nullptr;  // null: nothing recognised, or an error
@@ -29,8 +26,7 @@ struct Path {
   std::wstring wide;
 };
 
-// Asks about the file at `path`. Throws std::bad_alloc only. Safe on all
-// threads.
+// Asks about the file at `path`. Throws std::bad_alloc only. Safe on all threads.
 Outcome AskAboutFile(const Path& path, const Question& question);
 
 // The same about content, of which no more is copied than a scan may look at. `name` is the name of

@@ -29,7 +29,7 @@ struct Pool::Shared {
   std::deque<std::shared_ptr<Chunk>> chunks;  // in the order in which they are taken
   bool isClosed = false;
 
-  // The first chunk that nobody works on; waits for one. Null when the pool is closed.
+  // The first chunk that no thread has taken; waits for one. Null when the pool is closed.
   std::shared_ptr<Chunk> NextChunk() {
     std::unique_lock lock(mutex);
     while (!isClosed) {

@@ -8,7 +8,7 @@
 
 namespace typescout::python {
 
-// One file or link in a folder of its own, readable by nobody else; both are removed with the
+// One file or link in a folder of its own, readable by this user only; both are removed with the
 // object. The name ends in the extension of the name given, since some rows look at it.
 class TemporaryName {
  public:

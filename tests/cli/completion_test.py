@@ -72,7 +72,7 @@ class Completion(unittest.TestCase):
 
     @staticmethod
     def type(terminal, text):
-        """Waits until the shell has done with it and says no more."""
+        """Waits until the shell prints nothing more."""
         os.write(terminal, text.encode())
         while select.select([terminal], [], [], 0.2)[0]:
             os.read(terminal, 65536)

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Runs the program and looks at all that comes out of it.
+"""Runs the program and checks all that comes out of it.
 
 Usage: program_test.py TYPESCOUT STUB_MODULE WRITE_SAMPLES MANUAL [unittest's options]
   TYPESCOUT      the program
   STUB_MODULE    stub_module.cpp, to stand in for the library and for an import module
   WRITE_SAMPLES  tests/support/write_samples.cpp
   MANUAL         docs/typescout.1
+When EMULATOR is set in the environment, TYPESCOUT is a program for Windows and EMULATOR the command
+that runs it, its words separated by |.
 """
 import base64
 import collections
@@ -14,7 +16,6 @@ import contextlib
 import csv
 import functools
 import io
-import itertools
 import json
 import os
 import pty
@@ -34,6 +35,7 @@ import unittest
 import uuid
 
 PROGRAM, STUB_MODULE, WRITE_SAMPLES, MANUAL = map(os.path.abspath, sys.argv[1:5])
+EMULATOR = [word for word in os.environ.get("EMULATOR", "").split("|") if word]
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 GIF = b"GIF89a\1\0\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\2\2D\1\0;"
@@ -43,7 +45,7 @@ TIFF = b"II*\0\x08\0\0\0\0\0"
 NOISE = b"\x07\x99\x13\x37" * 16
 TEXT = b"All is well.\r\n"
 HTML = b"<html><title>Hello</title>\r\n"
-# With a preview, for which the Illustrator filter wants to be asked for by its identifier.
+# With a preview, which is an Illustrator file only when that filter is requested.
 DOS_EPS = (b"\xc5\xd0\xd3\xc6\x20\0\0\0\x40\0\0\0" + b"\1" * 20 +
            b"\n%%Creator: Adobe Illustrator(R) 8.0\n%%BoundingBox: 0 0 1 1\n%%EndSetup\n")
 
@@ -78,7 +80,7 @@ CONTENTS = {
     "pointer.ani": b"RIFF\x24\0\0\0ACONanih" + b"\0" * 40, "paper.pdf": b"%PDF-1.4\n",
     "object": DRAWING_OBJECT, "object.doc": DRAWING_OBJECT,
     "folder/a.gif": GIF, "folder/c.gif": GIF, "folder/b/deep.gif": GIF, "folder/it's.GIF": GIF,
-    "linked/a.gif": GIF, "linked/b/deep.gif": GIF,
+    "upper/b.gif": GIF, "upper/\u00c4.gif": GIF, "linked/a.gif": GIF, "linked/b/deep.gif": GIF,
     "list": b"holiday.gif\n\nnoise.bin", "list.empty": b"", "list.nul": b"holiday.gif\0logo.png\0",
     "list.crlf": b"holiday.gif\r\nnoise.bin\r\n", "list.utf8": b"\xef\xbb\xbfholiday.gif\n",
     "list.utf16": "logo.png\r\n\U0001f388.gif\r\n".encode("utf-16"), "\U0001f388.gif": GIF,
@@ -100,23 +102,28 @@ def run(*arguments, env=None, **options):
     """Its result; `env` is added to the environment."""
     if "input" not in options:
         options.setdefault("stdin", subprocess.DEVNULL)
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=120,
+    return subprocess.run([*EMULATOR, PROGRAM, *arguments], capture_output=True, timeout=120,
                           env={**os.environ, **(env or {})}, check=False, **options)
 
 
 def start(*arguments, env=None, **options):
     """The same, still under way, with pipes on all sides."""
-    pipes = {name: subprocess.PIPE for name in ("stdin", "stdout", "stderr")}
-    # Whoever runs the tests may ignore interrupts, and so would the program.
-    return subprocess.Popen([PROGRAM, *arguments], env={**os.environ, **(env or {})},
-                            preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL),
-                            **{**pipes, **options})
+    usual = {name: subprocess.PIPE for name in ("stdin", "stdout", "stderr")}
+    # The tests may be started with interrupts ignored; the program would inherit that.
+    usual["preexec_fn"] = lambda: signal.signal(signal.SIGINT, signal.SIG_DFL)
+    return subprocess.Popen([*EMULATOR, PROGRAM, *arguments], env={**os.environ, **(env or {})},
+                            **{**usual, **options})
 
 
-def peak_memory(process):
-    """In KiB, of a program that is under way."""
+def allow_open_files(count):
+    """For a program that is to be started."""
+    return {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (count, count))}
+
+
+def what_system_tells(process, name):
+    """A number from the status of a program that is under way."""
     with open(f"/proc/{process.pid}/status", encoding="ascii") as status:
-        return int(re.search(r"VmHWM:\s+(\d+)", status.read())[1])
+        return int(re.search(name + r":\s+(\d+)", status.read())[1])
 
 
 def read_terminal(master):
@@ -148,6 +155,8 @@ class Transcript(InTemporaryFolder):
         for path, content in CONTENTS.items():
             write(path, content)
             os.utime(path, ns=(CHANGED, CHANGED))
+        if EMULATOR:
+            return
         for path, target in LINKS.items():
             os.symlink(target, path)
         os.mkfifo("pipe")
@@ -157,10 +166,17 @@ class Transcript(InTemporaryFolder):
     def check(self, command, stdin, expected):
         with self.subTest(command):
             result = run(*shlex.split(command)[1:], stdin=stdin)
-            said = "".join("! " + line for line in result.stderr.decode().splitlines(True))
+            # Wine may complain of a program that ends while its threads run.
+            said = "".join("! " + line for line in result.stderr.decode().splitlines(True)
+                           if not line.startswith("wine client error:"))
             said += f"? {result.returncode}\n" if result.returncode else ""
             said += result.stdout.decode().replace("\r\n", "\n")
-            said = re.sub('"version":"[0-9.]+"', '"version":"VERSION"', said)
+            said = re.sub('"version":"[0-9.]+","filters":[0-9]+', '"version":"VERSION","filters":ROWS', said)
+            if EMULATOR:
+                expected = re.sub(r"^[^~].*\n~", "", expected, flags=re.MULTILINE)
+                expected = expected.replace("No such file or directory", "File not found")
+            else:
+                expected = re.sub(r"^~.*\n", "", expected, flags=re.MULTILINE)
             self.assertEqual(said.replace(LONG.decode()[:259], "LONG"), expected)
 
     def test_transcript(self):
@@ -168,9 +184,11 @@ class Transcript(InTemporaryFolder):
             text = re.sub(r"^(#.*)?\n", "", file.read(), flags=re.MULTILINE)
         text = re.sub(r"^64 (.*) ! (.*)\n", "$ typescout \\1\n! typescout: \\2\n? 64\n", text,
                       flags=re.MULTILINE)
-        blocks = re.split(r"^([$%]) ", text, flags=re.MULTILINE)[1:]
+        blocks = re.split(r"^([$%&]) ", text, flags=re.MULTILINE)[1:]
         self.assertGreater(len(blocks), 150)
-        for block in blocks[1::2]:
+        for mark, block in zip(blocks[::2], blocks[1::2]):
+            if mark == ("%" if EMULATOR else "&"):
+                continue
             command, expected = block.split("\n", 1)
             command, _, source = command.partition(" <")
             stdin = os.open(source or os.devnull, os.O_RDONLY)
@@ -304,8 +322,8 @@ class Tree(InTemporaryFolder):
         os.chdir(self.folder)
 
     def test_every_number_of_jobs_prints_the_same(self):
-        few_files = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (100, 100))}
-        results = [run("-r", "-j", jobs, "--jsonl", "tree", **few_files) for jobs in "128"]
+        results = [run("-r", "-j", jobs, "--jsonl", "tree", **allow_open_files(100))
+                   for jobs in "128"]
         self.assertEqual(len({(each.stdout, each.stderr, each.returncode) for each in results}), 1)
         self.assertEqual(results[0].returncode, 2 if os.geteuid() else 0)
         records = [json.loads(line) for line in results[0].stdout.splitlines()]
@@ -334,10 +352,9 @@ class Tree(InTemporaryFolder):
         self.assertGreater(len(self.deepest), 4096)
         less_deep = "/".join(self.deepest.split("/")[:9])
         result = run("-bl", f"{less_deep}/deep.ico", f"{self.deepest}/deep.ico",
-                     f"./{self.deepest}/", self.deepest)
-        self.assertEqual((result.stdout, result.stderr), (b"tga\ntga\nfolder\nfolder\n", b""))
-        result = run("-bl", f"{self.deepest}/none.ico", f"{self.deepest}/{'n' * 256}",
-                     "x" * 5000)
+                     f"./{self.deepest}/", self.deepest, f"{self.deepest}/none.ico",
+                     f"{self.deepest}/{'n' * 256}", "x" * 5000)
+        self.assertEqual(result.stdout, b"tga\ntga\nfolder\nfolder\n" + b"unreadable\n" * 3)
         self.assertEqual([line.rsplit(b": ")[-1] for line in result.stderr.splitlines()],
                          [b"No such file or directory"] + [b"File name too long"] * 2)
 
@@ -355,19 +372,22 @@ class Run(InTemporaryFolder):
         write("a.gif", GIF)
 
     def test_memory_does_not_grow_with_the_list(self):
-        def peak(entry, count):
+        def peak(entry, count, *options):
             # The address sanitizer holds freed memory back, for a while or until it is this much.
             sanitizer = "quarantine_size_mb=1:thread_local_quarantine_size_kb=64"
-            with start("-q", "-f", "-", "-j2", env={"ASAN_OPTIONS": sanitizer},
+            with start("-q", "-f", "-", "-j2", *options, env={"ASAN_OPTIONS": sanitizer},
                        stdout=subprocess.DEVNULL) as process:
                 # Comes back when all but a pipeful has been taken.
                 process.stdin.write(entry * count)
                 process.stdin.flush()
-                return peak_memory(process)
+                return what_system_tells(process, "VmHWM")  # in KiB
 
         small = peak(b"." + b"/" * 200 + b"a.gif\n", 4_000)
         self.assertLess(peak(b"." + b"/" * 200 + b"a.gif\n", 40_000), small + 4_000)
         self.assertLess(peak(b"x" * 30_000_000, 1), small + 4_000)
+        # An earlier output is not held in memory: of its 30 MB only where each record stands.
+        write("old.jsonl", b"".join(record(f"{number}.gif", "0x0305", 29) for number in range(200_000)))
+        self.assertLess(peak(b"a.gif\n", 4_000, "--since", "old.jsonl"), small + 20_000)
         self.assertEqual(run("-f", "/dev/zero").returncode, 64)
 
     def test_path_and_standard_input_agree(self):
@@ -395,20 +415,28 @@ class Run(InTemporaryFolder):
             process.stdin.flush()
             self.assertEqual(process.stdout.readline(), b"0x0000 unknown\n")
 
+    def test_looking_leaves_no_trace(self):
+        write("noise.bin", NOISE)
+        for name in "a.gif", "noise.bin":
+            os.utime(name, ns=(CHANGED - 1, CHANGED))
+            run(name)
+            self.assertEqual(os.stat(name).st_atime_ns, CHANGED - 1, name)
+
+    def test_few_open_files_mean_few_threads(self):
+        for limit in 8, 80:  # the sanitizers need more than four
+            with start("-bl", "-j200", "-f", "-", **allow_open_files(limit)) as process:
+                process.stdin.write(b"a.gif\n")
+                process.stdin.flush()
+                self.assertEqual(process.stdout.readline(), b"gif\n")
+                self.assertLess(what_system_tells(process, "Threads"), 20)
+
     def test_closed_standard_streams(self):
-        def statuses(*arguments, **options):
-            closed = itertools.chain.from_iterable(
-                itertools.combinations((0, 1, 2), count) for count in (1, 2, 3))
-            return [(streams, run(*arguments, preexec_fn=functools.partial(close_all, streams),
-                                  **options).returncode) for streams in closed]
-
-        def close_all(streams):
-            for stream in streams:
-                os.close(stream)
-
-        for streams, status in statuses("a.gif"):
+        for streams in (0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2):
+            close_all = functools.partial(list, map(os.close, streams))
+            status = run("a.gif", preexec_fn=close_all).returncode
             self.assertEqual(status, 74 if 1 in streams else 0, streams)
-        for streams, status in statuses("--check", "gif", "-", input=GIF):
+            close_all = functools.partial(list, map(os.close, streams))
+            status = run("--check", "gif", "-", input=GIF, preexec_fn=close_all).returncode
             self.assertEqual(status, 2 if 0 in streams else 0, streams)
 
     def test_another_file_system_is_not_entered(self):
@@ -428,7 +456,7 @@ class Run(InTemporaryFolder):
                     for _ in range(count):
                         self.assertEqual(process.stdout.readline(), b"a.gif: 0x0305 GIF picture\n")
 
-    def test_no_reader_no_noise(self):
+    def test_a_closed_pipe_ends_it_silently(self):
         for ignored in False, True:
             with start("-f", "-", restore_signals=not ignored) as process:
                 process.stdout.close()
@@ -443,10 +471,9 @@ class Run(InTemporaryFolder):
             self.assertEqual(process.returncode, 74, arguments)
 
     def test_color(self):
-        for environment, arguments, colored in (
-                ({}, ["--color"], True), ({"NO_COLOR": "1"}, ["--color=always"], True),
-                ({}, ["--color=auto"], False), ({}, ["--color", "--color=never"], False)):
-            output = run(*arguments, "a.gif", env=environment).stdout
+        for arguments, colored in ((["--color"], True), (["--color=always"], True),
+                                   (["--color=auto"], False), (["--color", "--color=never"], False)):
+            output = run(*arguments, "a.gif", env={"NO_COLOR": "1"} if colored else None).stdout
             self.assertEqual(b"\x1b[32mGIF picture\x1b[0m" in output, colored, arguments)
 
     def test_interrupt_while_waiting_for_a_list(self):
@@ -457,7 +484,7 @@ class Run(InTemporaryFolder):
             process.send_signal(signal.SIGINT)
             self.assertEqual(process.wait(timeout=20), -signal.SIGINT)
 
-    def test_interrupt_while_nobody_reads(self):
+    def test_interrupt_while_the_output_is_not_read(self):
         with start(*["x" * 200] * 5000, "-q", "--jsonl") as process:
             time.sleep(0.7)
             self.assertIsNone(process.poll())
@@ -478,9 +505,9 @@ class WithStubModule(InTemporaryFolder):
 
     def test_library_of_another_version(self):
         result = run("a.gif", env={**self.STUB, "ROWS": "107"})
-        self.assertEqual((result.returncode, result.stdout, result.stderr),
-                         (70, b"", b"typescout: the library has 107 filters and this program knows "
-                                   b"108: they are of different versions\n"))
+        self.assertEqual((result.returncode, result.stdout), (70, b""))
+        self.assertRegex(result.stderr, rb"^typescout: the library has 107 filters and this program "
+                                        rb"knows \d+: they are of different versions\n$")
 
     def test_exceptions(self):
         names = "cut.gif", "failing.pdf", "odd.pdf", "fine.gif"
@@ -521,7 +548,7 @@ class WithStubModule(InTemporaryFolder):
             self.assertEqual(paths[:200], names)
             self.assertLess(len(paths), 700)
 
-    def test_a_slow_file_holds_up_nobody(self):
+    def test_a_slow_file_delays_no_other(self):
         for arguments, expected in (["-bl", "a.gif", "slowest.gif"], b"gif\n"), (["slowest.gif"], b""):
             with start("-j1", *arguments, env=self.STUB) as process:
                 self.assertEqual(process.stdout.read(len(expected)), expected)
@@ -560,14 +587,24 @@ class WithStubModule(InTemporaryFolder):
             return run("--modules", env={"TVN_FILTERS_DIR": filters}).stdout.decode().splitlines()[1]
         self.assertEqual(line(), path + ": not used: No such file or directory")
         self.assertEqual(line("filters"), "TvnPDFImport: not used: its folder is not an absolute path")
-        write("filters/TvnPDFImport.so", b"\x7fELF")
-        os.chmod(path, 0o755)
-        self.assertEqual(line(), f"{path}: not used: {path}: file too short")
+        with open(STUB_MODULE, "rb") as file:
+            stub = file.read()
+        write("paper.pdf", b"%PDF-1.4\n")
+        for content, complaint in (
+                (b"\x7fELF", path + ": file too short"),
+                (stub[:18] + b"\xf3" + stub[19:],  # RISC-V
+                 path + ": cannot open shared object file: No such file or directory"
+                 " (built for another processor)"),
+                (stub.replace(b"\0libc.so.6\0", b"\0libx.so.6\0"),
+                 "libx.so.6: cannot open shared object file: No such file or directory"),
+                (stub, "has no function GetAINativeData")):
+            write(path, content)
+            os.chmod(path, 0o755)
+            self.assertEqual(line(), f"{path}: not used: {complaint}")
+            answer = run("-bl", "paper.pdf", env={"TVN_FILTERS_DIR": os.path.abspath("filters")})
+            self.assertEqual(answer.stdout, b"illustrator-pdf\n")
         os.chmod(path, 0o777)
         self.assertIn(": not used: refused, since other users may write", line())
-        shutil.copy(STUB_MODULE, path)
-        os.chmod(path, 0o755)
-        self.assertEqual(line(), path + ": not used: has no function GetAINativeData")
 
 
 class AboutItself(unittest.TestCase):
@@ -577,7 +614,9 @@ class AboutItself(unittest.TestCase):
                              "take it anew: typescout --man >docs/typescout.1")
 
     def test_help(self):
-        text = run("--help").stdout.decode()
+        text = run("--help").stdout.decode().replace("\r\n", "\n")
+        with open(os.path.join(HERE, "help.txt"), encoding="utf-8") as file:
+            self.assertEqual(text, file.read(), "take it anew: typescout --help >tests/cli/help.txt")
         self.assertLessEqual(max(map(len, text.splitlines())), 80)
         options = {word.split("=")[0].split("[")[0].rstrip(",.;")
                    for line in text.splitlines() if line.startswith("  ")
@@ -589,11 +628,10 @@ class AboutItself(unittest.TestCase):
     def test_list_of_filters(self):
         rows = json.loads(run("--list-filters", "--json").stdout)
         self.assertEqual([row["row"] for row in rows], list(range(len(rows))))
-        webp = {"id": "0x0339", "label": "webp", "name": "WebP picture", "family": "raster",
-                "mime": "image/webp", "extensions": ["webp"], "never_reported": False}
-        self.assertEqual(rows[41], {"row": 41, **webp, "hidden_by": []})
-        self.assertEqual(rows[47], {"row": 47, **webp, "hidden_by": ["0x0339"]})
-        self.assertEqual(rows[32]["hidden_by"], ["0x0303", "0x0311"])
+        self.assertEqual(rows[47], {
+            "row": 47, "id": "0x0339", "label": "webp", "name": "WebP picture", "family": "raster",
+            "mime": "image/webp", "extensions": ["webp"], "never_reported": False,
+            "hidden_by": ["0x0339"]})
         self.assertTrue(rows[0]["never_reported"])
         lines = run("--list-filters").stdout.decode().splitlines()
         self.assertEqual([line.split()[:3] for line in lines[1:]],

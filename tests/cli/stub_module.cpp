@@ -1,4 +1,4 @@
-// Stands in for the library, to be loaded before it: files whose names say what happens. With
+// Replaces the library, to be loaded before it: files whose names say what happens. With
 // NO_THREADS set no thread can be started. Also lies where an import module does, to be counted:
 // writes a line to COUNT_FILE each time it is loaded.
 #include <dlfcn.h>

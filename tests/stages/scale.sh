@@ -10,4 +10,4 @@ rm -rf build/python/samples
 build/dev/tests/typescout_write_samples build/python/samples
 package=$(dirname "$(find "$PWD/build/python/prefix" -name __init__.py)")
 TYPESCOUT_PROGRAM=$PWD/build/dev/typescout TYPESCOUT_SAMPLES=$PWD/build/python/samples \
-  PYTHONPATH=${package%/*} /usr/bin/python3 -m pytest -q -p no:cacheprovider tests/scale
+  PYTHONPATH=${package%/*} /usr/bin/python3 -m pytest -q -p no:cacheprovider python/tests/scale

@@ -12,7 +12,7 @@ cmake --build build/dev --target typescout_cli typescout_write_samples
 
 tests=build/web/tests
 mkdir -p "$tests"
-cp tests/web/* "$tests"
+cp web/tests/* "$tests"
 npm install --prefix "$tests" --no-package-lock --no-audit --no-fund --silent
 rm -rf "$tests/samples"
 build/dev/tests/typescout_write_samples "$tests/samples"

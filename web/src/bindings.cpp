@@ -2,11 +2,13 @@
 // module; a filter is a place in the list of filters.
 #include <emscripten.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "catalogue/filters.h"
-#include "typescout/typescout.h"
+#include "catalogue/question.h"
 
 namespace {
 
@@ -18,12 +20,6 @@ constexpr int DRAWING_OBJECT = 0x0706;
 int PlaceOf(const Filter& filter) {
   const int row = typescout::catalogue::RowOf(filter);
   return row < 0 ? static_cast<int>(typescout::catalogue::Filters().size()) : row;
-}
-
-int AskRows(const std::wstring& path, std::vector<int> rows, int requested) {
-  std::wstring writable = path;
-  return CheckFiltersFromList(writable.data(), rows.data(), static_cast<int>(rows.size()), 0,
-                              nullptr, requested);
 }
 
 }  // namespace
@@ -60,18 +56,15 @@ EMSCRIPTEN_KEEPALIVE int Identify(const char* path, const char* name, const int*
                                   int requested) try {
   const std::string narrow = path;
   const std::wstring wide(narrow.begin(), narrow.end());
-  std::vector<int> asked(rows, rows + count);
-  if (asked.empty() && requested != 0) {
-    for (const Filter& filter : typescout::catalogue::Filters()) asked.push_back(PlaceOf(filter));
-  }
-  const int id = asked.empty() ? TypeScoutFile(wide.c_str()) : AskRows(wide, asked, requested);
-  if (id == 0) return -1;
-  const Filter& answer = *typescout::catalogue::FindFilter(id);
-  const std::vector<int> better = typescout::catalogue::RowsThatDescribeBetter(
-      answer, typescout::catalogue::ExtensionOf(name), asked);
-  const int best = better.empty() ? 0 : AskRows(wide, better, requested);
-  const Filter& described = best == 0 ? answer : *typescout::catalogue::FindFilter(best);
-  return PlaceOf(answer) * 1'000 + PlaceOf(described);
+  const typescout::catalogue::Question question({rows, rows + count}, requested);
+  const auto readBeginning = [path] {
+    std::string beginning(typescout::catalogue::Question::BEGINNING, '\0');
+    std::ifstream(path, std::ios::binary).read(beginning.data(), std::ssize(beginning));
+    return beginning;
+  };
+  const auto [answer, best] =
+      question.Ask(wide.c_str(), typescout::catalogue::ExtensionOf(name), readBeginning);
+  return answer == nullptr ? -1 : PlaceOf(*answer) * 1'000 + PlaceOf(*best);
 } catch (int) {
   return -2;
 }

@@ -64,7 +64,6 @@ Folder::Folder(std::intptr_t handle, std::string path) : handle_(handle), path_(
 Folder::~Folder() { close(static_cast<int>(handle_)); }
 
 Status StatusOf(const Place& place, bool followLink) {
-  constexpr std::int64_t NANOSECONDS = 1'000'000'000;
   struct stat status = {};
   const int flags = followLink ? 0 : AT_SYMLINK_NOFOLLOW;
   if (fstatat(Descriptor(place), place.name.c_str(), &status, flags) != 0) return Failed(errno);
@@ -73,7 +72,7 @@ Status StatusOf(const Place& place, bool followLink) {
           .device = status.st_dev,
           .serial = status.st_ino,
           .size = static_cast<std::uint64_t>(status.st_size),
-          .modified = status.st_mtim.tv_sec * NANOSECONDS + status.st_mtim.tv_nsec};
+          .modified = {status.st_mtim.tv_sec, static_cast<std::int32_t>(status.st_mtim.tv_nsec)}};
 }
 
 FolderPtr OpenFolder(const Place& place, bool followLink, int* error) {
@@ -121,9 +120,13 @@ Place ReachThroughFolder(const std::string& path, int* error) {
   return {folder, nameAt == path.size() ? "." : path.substr(nameAt)};
 }
 
+void ExpandWildcards(const std::string& argument, std::vector<std::string>* paths) {
+  paths->push_back(argument);
+}
+
 bool IsSeparator(char c) { return c == '/'; }
 
-bool IgnoresCase() { return false; }
+void FoldCase(std::wstring*) {}
 
 std::string JoinPath(const std::string& folder, std::string_view name) {
   std::string path;
@@ -135,8 +138,10 @@ std::string JoinPath(const std::string& folder, std::string_view name) {
 }
 
 int TryToRead(const Place& place, std::string* beginning) {
-  const int file =
-      openat(Descriptor(place), place.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  constexpr int FLAGS = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  int file = openat(Descriptor(place), place.name.c_str(), FLAGS | O_NOATIME);
+  // Only the owner of a file may leave its time of access as it is.
+  if (file < 0 && errno == EPERM) file = openat(Descriptor(place), place.name.c_str(), FLAGS);
   if (file < 0) return errno;
   const ssize_t count = read(file, beginning->data(), beginning->size());
   const int error = count < 0 ? errno : 0;

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "cli/platform/folders.h"
 #include "cli/platform/system.h"
 #include "host/posix/module_folder.h"
 #include "host/posix/trusted_module.h"
@@ -13,6 +14,15 @@
 
 namespace typescout::cli::platform {
 namespace {
+
+// What tells a program's processor from others: class, byte order and machine (System V ABI,
+// chapter 4). Empty when the file is no program.
+std::string ProcessorOf(const std::string& path) {
+  constexpr std::size_t END_OF_MACHINE = 20;
+  std::string head(END_OF_MACHINE, '\0');
+  const bool isRead = TryToRead({nullptr, path}, &head) == 0 && head.size() == END_OF_MACHINE;
+  return isRead && head.starts_with("\177ELF") ? head.substr(4, 2) + head.substr(18) : "";
+}
 
 Module Hold(const std::string& folder, const std::string& name, const char* function) {
   Module module;
@@ -26,6 +36,11 @@ Module Hold(const std::string& folder, const std::string& name, const char* func
     module.error = "refused, since other users may write to the file or to a folder above it";
   } else if (void* const loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); loaded == nullptr) {
     module.error = dlerror();
+    // Of such a file the loader says that it does not exist.
+    const std::string processor = ProcessorOf(path);
+    if (!processor.empty() && processor != ProcessorOf("/proc/self/exe")) {
+      module.error += " (built for another processor)";
+    }
   } else if (dlsym(loaded, function) == nullptr) {
     module.error = std::string("has no function ") + function;
   } else if (void* const version = dlsym(loaded, "TypeScoutModuleVersion"); version != nullptr) {

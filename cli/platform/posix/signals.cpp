@@ -1,6 +1,5 @@
 #include "cli/platform/signals.h"
 
-#include <pthread.h>
 #include <unistd.h>
 
 #include <array>

@@ -16,6 +16,9 @@ inline HANDLE ToHandle(std::intptr_t handle) { return reinterpret_cast<HANDLE>(h
 // The path as the system takes it: absolute and marked as such when it is long.
 std::wstring SystemPath(const std::string& path);
 
+// How many writes to standard streams have begun and ended so far: odd during one.
+std::uint64_t WriteSteps();
+
 // INVALID_HANDLE_VALUE when it does not open. `flags` are added to those that folders need.
 HANDLE OpenPath(const std::string& path, DWORD access, DWORD flags);
 

@@ -1,10 +1,9 @@
 #include "cli/platform/signals.h"
 
-#include <windows.h>
-
 #include <atomic>
 
 #include "cli/platform/temporary_file.h"
+#include "cli/platform/windows/handles.h"
 
 namespace typescout::cli::platform {
 namespace {
@@ -12,9 +11,22 @@ namespace {
 std::atomic<bool> isInterrupted = false;
 HANDLE mainThread = nullptr;
 
-BOOL WINAPI OnInterrupt(DWORD) {
+// Ends a write that nobody reads from for a second.
+DWORD WINAPI WatchWrites(void*) {
+  constexpr DWORD PATIENCE = 1'000;
+  for (;;) {
+    const std::uint64_t before = WriteSteps();
+    Sleep(PATIENCE);
+    if (before % 2 != 0 && WriteSteps() == before) CancelSynchronousIo(mainThread);
+  }
+}
+
+BOOL WINAPI OnInterrupt(DWORD event) {
   if (isInterrupted.exchange(true)) return FALSE;
-  CancelSynchronousIo(mainThread);
+  const HANDLE watcher = CreateThread(nullptr, 0, WatchWrites, nullptr, 0, nullptr);
+  if (watcher != nullptr) ::CloseHandle(watcher);
+  // When the console closes or the user logs off, the system ends the program once this returns.
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return TRUE;
 }
 

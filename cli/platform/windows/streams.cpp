@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 
 #include "cli/platform/signals.h"
 #include "cli/platform/windows/handles.h"
@@ -9,6 +10,8 @@
 
 namespace typescout::cli::platform {
 namespace {
+
+std::atomic<std::uint64_t> writeSteps = 0;
 
 HANDLE StandardHandle(Stream stream) {
   constexpr std::array<DWORD, 3> NUMBERS = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
@@ -27,6 +30,8 @@ int WriteToConsole(HANDLE console, std::string_view bytes) {
 }
 
 }  // namespace
+
+std::uint64_t WriteSteps() { return writeSteps; }
 
 void OccupyStandardStreams() {}  // files that are opened later do not take their places here
 
@@ -94,10 +99,14 @@ int WriteAll(Stream stream, std::string_view bytes) {
   DWORD mode = 0;
   if (GetConsoleMode(handle, &mode) != 0) return WriteToConsole(handle, bytes);
   while (!bytes.empty()) {
+    constexpr std::size_t MOST = 16'384;
+    const DWORD count = static_cast<DWORD>(std::min(MOST, bytes.size()));
     DWORD written = 0;
-    if (WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) == 0) {
-      return LastError();
-    }
+    ++writeSteps;
+    const BOOL isWritten = WriteFile(handle, bytes.data(), count, &written, nullptr);
+    const int error = LastError();
+    ++writeSteps;
+    if (isWritten == 0) return error;
     bytes.remove_prefix(written);
   }
   return 0;

@@ -5,11 +5,13 @@
 #include <shellapi.h>
 
 #include <array>
+#include <limits>
 
 #include "cli/platform/windows/handles.h"
 #include "cli/utf8.h"
 
 namespace typescout::cli::platform {
+
 std::vector<std::string> Arguments(int, char**) {
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -29,6 +31,17 @@ std::string ErrorText(int error) {
   return message.empty() ? "error " + std::to_string(error) : message;
 }
 
+std::string ListedPath(std::string bytes) {
+  if (FromWide(ToWide(bytes)) == bytes) return bytes;
+  const int size = static_cast<int>(bytes.size());
+  const UINT encoding = GetConsoleOutputCP();
+  std::wstring wide(bytes.size(), L'\0');
+  const int length =
+      MultiByteToWideChar(encoding, MB_ERR_INVALID_CHARS, bytes.data(), size, wide.data(), size);
+  wide.resize(static_cast<std::size_t>(length));
+  return length == 0 ? bytes : FromWide(wide);
+}
+
 std::string Environment(const char* name) {
   const std::wstring wideName = ToWide(name);
   std::wstring value(GetEnvironmentVariableW(wideName.c_str(), nullptr, 0), L'\0');
@@ -37,6 +50,6 @@ std::string Environment(const char* name) {
   return FromWide(value);
 }
 
-void RaiseOpenFileLimit() {}
+std::size_t RaiseOpenFileLimit() { return std::numeric_limits<std::size_t>::max(); }
 
 }  // namespace typescout::cli::platform

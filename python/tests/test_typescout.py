@@ -11,6 +11,8 @@ import pathlib
 import resource
 import signal
 import socket
+import subprocess
+import sys
 import threading
 import time
 
@@ -36,6 +38,13 @@ def test_samples_have_the_programs_answers(samples):
         assert shown(typescout.identify(path)) == expected(record), path
         assert shown(typescout.identify_bytes(path.read_bytes(), name=path)) == expected(record), path
         assert shown(many[path]) == expected(record), path
+
+
+def test_example(tmp_path):
+    (tmp_path / "holiday.gif").write_bytes(GIF)
+    example = pathlib.Path(__file__).parents[2] / "examples" / "recognise.py"
+    output = subprocess.run([sys.executable, example], cwd=tmp_path, capture_output=True, text=True)
+    assert output.stdout == "0x0305 GIF picture image/gif\n"
 
 
 def test_examples_in_the_documentation():
@@ -205,7 +214,7 @@ def test_threads_ask_at_the_same_time(samples):
 
 def test_interrupt_ends_many(tmp_path):
     (tmp_path / "a.gif").write_bytes(GIF)
-    # Whoever runs the tests may ignore interrupts.
+    # The tests may be started with interrupts ignored.
     signal.signal(signal.SIGINT, signal.default_int_handler)
     timer = threading.Timer(0.3, os.kill, (os.getpid(), signal.SIGINT))
     timer.start()
@@ -260,8 +269,7 @@ def test_fork(tmp_path):
 
 def test_filters_and_accepts(tmp_path):
     filters = typescout.filters()
-    assert len(filters) == 108 and filters[0].never_reported
-    assert sum(not f.never_reported for f in filters) == 98
+    assert len(filters) > 100 and filters[0].never_reported and not filters[2].never_reported
     file = tmp_path / "a"
     file.write_bytes(TIFF)
     assert typescout.accepts(file, "tiff") and typescout.accepts(file, 0x0306)

@@ -1,0 +1,4 @@
+import typescout
+
+answer = typescout.identify("holiday.gif")
+print(answer, answer.mime)
