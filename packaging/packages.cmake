@@ -23,7 +23,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
-# What Debian wants in each package beside what is installed.
+# What Debian requires in each package beside what is installed.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian_documents.cmake)
 set(CPACK_TYPESCOUT_SOURCE_DIR ${PROJECT_SOURCE_DIR})
 
@@ -84,6 +84,10 @@ if(TYPESCOUT_PYTHON)
     DESCRIPTION
       "import typescout tells which of about a hundred formats of pictures,"
       "drawings, documents, sounds and films a file or a piece of memory has.")
+  # The compiled module is for this one version of the interpreter.
+  math(EXPR next "${TYPESCOUT_PYTHON_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON3-TYPESCOUT_PACKAGE_DEPENDS
+    "python3 (>= 3.${TYPESCOUT_PYTHON_MINOR}~), python3 (<< 3.${next})")
 endif()
 
 include(CPack)

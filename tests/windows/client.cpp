@@ -1,6 +1,6 @@
 // A program built with the platform's own compiler, through our header and our import library. It
 // has no runtime but the system's msvcrt, so that nothing but the compiler is needed. exports.sh
-// lays beside it: two GIF files, of which somebody makes one long and short again for ever, two PDF
+// lays beside it: two GIF files, one of which a script lengthens and shortens all the time, two PDF
 // files, and the modules that raise exceptions (raising_module.cpp). Ends with 0, or with the
 // number of the check that failed.
 #include "tests/windows/raised.h"
@@ -86,7 +86,7 @@ bool WriteDocument(const wchar_t* file) {
   return true;
 }
 
-// Whether nobody has the file open.
+// Whether no program has the file open.
 bool IsFree(const wchar_t* file) {
   constexpr unsigned long READ = 0x80000000, OPEN_EXISTING = 3;
   const Handle handle = CreateFileW(file, READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """What readers make of damaged documents: the table in docs/windows.md, made anew.
 
-    damage_table.py WRITE_DAMAGED FOLDER DOCUMENT READER [ARGUMENT...]
+    damage_table.py DAMAGED FOLDER DOCUMENT READER [ARGUMENT...]
 
-WRITE_DAMAGED writes the documents into FOLDER; READER is the command (wine.sh, the program
-system_reader) that the system's reader is asked by. The table stands in DOCUMENT between two
+DAMAGED (tests/support/damaged.cpp) writes the documents into FOLDER; READER is the command (wine.sh,
+the same program) that runs the system's reader. The table lies in DOCUMENT between two
 comments. The exit status is 1 when it differs; with DAMAGE_TABLE=write it is written instead.
 """
 import os

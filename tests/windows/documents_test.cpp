@@ -1,5 +1,5 @@
 // Compound documents, which are the system's to read and to write: which it is given to open, and
-// documents that somebody else holds open.
+// documents that another program holds open.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -98,7 +98,7 @@ struct Range {
 constexpr Range BY_A_TRANSACTION = {.first = 0x7FFFFFA7, .count = 1};
 constexpr Range ENTIRELY = {.first = 0, .count = 0xFFFFFFFF};
 
-// A document that somebody else has open is tried once more only when the first answer is one of
+// A document that another program has open is tried once more only when the first answer is one of
 // two, whatever a second try would have brought.
 TEST(WindowsDocuments, AreTriedOnceMoreWhenLocked) {
   constexpr auto OK = static_cast<std::uint32_t>(S_OK);

@@ -1,7 +1,10 @@
 #include "tests/windows/other_program.h"
 
+#include <malloc.h>
 #include <objbase.h>
 #include <windows.h>
+
+#include <thread>
 
 namespace typescout::tests {
 namespace {
@@ -48,6 +51,26 @@ Held HoldPipe(const wchar_t* name) {
 Held HoldModule(const std::filesystem::path& path) {
   return {LoadLibraryW(path.c_str()),
           [](void* module) { FreeLibrary(static_cast<HMODULE>(module)); }};
+}
+
+bool ScanTwice(const Held& module, const std::filesystem::path& file, int* answer) {
+  using Scan = int (*)(const wchar_t*);
+  const auto scan = reinterpret_cast<Scan>(reinterpret_cast<void*>(
+      GetProcAddress(static_cast<HMODULE>(module.get()), "?TypeScoutFile@@YAHPEB_W@Z")));
+  if (scan == nullptr) return false;
+  int other = 0;
+  std::thread([&] { other = scan(file.c_str()); }).join();
+  *answer = scan(file.c_str());
+  return *answer == other;
+}
+
+std::size_t HeapInUse() {
+  std::size_t sum = 0;
+  PROCESS_HEAP_ENTRY entry = {};
+  while (HeapWalk(reinterpret_cast<HANDLE>(_get_heap_handle()), &entry) != 0) {
+    if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) sum += entry.cbData;
+  }
+  return sum;
 }
 
 bool IsModuleLoaded(const std::filesystem::path& path) {

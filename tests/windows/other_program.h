@@ -3,6 +3,7 @@
 #ifndef TYPESCOUT_TESTS_WINDOWS_OTHER_PROGRAM_H
 #define TYPESCOUT_TESTS_WINDOWS_OTHER_PROGRAM_H
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -16,17 +17,24 @@ using Held = std::unique_ptr<void, void (*)(void*)>;
 
 enum Access : std::uint32_t { NOTHING = 0, READS = 1, WRITES = 2, DELETES = 4, ALL = 7 };
 
-// A file, open for `what`, while everybody else is allowed `others`.
+// A file, open for `what`, while other programs are allowed `others`.
 Held HoldFile(const std::filesystem::path& path, Access what, Access others);
 
-// Whether these bytes of the file are now nobody else's to read.
+// Whether these bytes of the file are now locked against other programs.
 bool Lock(const Held& file, std::uint32_t first, std::uint32_t count);
 
-// A pipe that waits for somebody to open it.
+// A pipe that waits for a client.
 Held HoldPipe(const wchar_t* name);
 
 // A module of the loader's, from this very path.
 Held HoldModule(const std::filesystem::path& path);
+
+// Asks a typescout module that was loaded so about a file, on this thread and on another one. False
+// when it is no such module or the answers differ.
+bool ScanTwice(const Held& module, const std::filesystem::path& file, int* answer);
+
+// Bytes that the C library's heap has handed out.
+std::size_t HeapInUse();
 
 // Whether the loader has a module from this path.
 bool IsModuleLoaded(const std::filesystem::path& path);

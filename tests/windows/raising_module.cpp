@@ -1,6 +1,6 @@
 // The decoder and the PDF module of the suite, built with the platform's own compiler. They raise
-// what our own compiler's runtime knows nothing of: a C++ exception of that compiler's for a path
-// that ends in '+', else a structured exception.
+// exceptions that our own compiler's runtime does not handle: a C++ exception of that compiler's
+// for a path that ends in '+', else a structured exception.
 #include "tests/windows/raised.h"
 
 extern "C" __declspec(dllimport) void RaiseException(unsigned long code, unsigned long flags,
