@@ -156,18 +156,16 @@ std::optional<int> Answer(const Faults& faults, Function function) {
   return answer;
 }
 
-// Asks every row about the content as a head, which stands in a heap block of its exact size. A
-// scan of the same bytes answers with the first row that says yes.
+// Asks every row about the content as a head, which lies in a heap block of its exact size. A
+// scan of the same bytes answers with the first row that accepts them.
 void AskEveryRow(const std::string& content, typescout::FilterId requested) {
   std::vector<unsigned char> head(content.begin(), content.end());
   typescout::FileContext file;
   file.requestedFilterId = requested;
-  const typescout::ProbeContext probe = {.head = head.data(),
-                                         .headLength = static_cast<std::int32_t>(head.size()),
-                                         .path = nullptr,
-                                         .classId = {},
-                                         .storage = nullptr,
-                                         .file = &file};
+  typescout::ProbeContext probe = {};
+  probe.head = head.data();
+  probe.headLength = static_cast<std::int32_t>(head.size());
+  probe.file = &file;
   typescout::FilterId first = 0;
   std::vector<int> rows;
   for (const typescout::DetectorEntry& row : DetectorRegistry) {

@@ -11,7 +11,7 @@
 #include "host/owners.h"
 #include "tests/support/memory_source.h"
 
-// Streams that gave at least a byte, over all inputs so far, for the replay to judge.
+// Streams that gave at least a byte, over all inputs so far, which the replay checks.
 extern int streamsReached;
 int streamsReached = 0;
 

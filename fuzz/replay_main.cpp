@@ -1,6 +1,6 @@
 // A plain main for a fuzz target, for builds without libFuzzer: runs it over files, and over the
-// files in folders. A fault ends the program. Of the target that reads compound documents it is
-// also asked that the inputs be good for something: a stream reached in at least every fourth.
+// files in folders. A fault ends the program. Of the inputs of the target that reads
+// compound documents, at least every fourth must reach a stream.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

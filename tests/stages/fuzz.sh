@@ -1,7 +1,7 @@
-# fuzz: whole calls and the document reader, each for FUZZ_SECONDS (60); findings: build/fuzz/found
+# fuzz: whole calls, the document reader and the program's parsers, each for FUZZ_SECONDS (60); findings: build/fuzz/found
 need clang
 configure fuzz
-[ -v targets ] || targets=(calls compound)
+[ -v targets ] || targets=(calls compound program)
 cmake --build build/fuzz --target typescout_write_samples "${targets[@]/#/typescout_fuzz_}"
 build/fuzz/tests/typescout_write_samples --seeds build/fuzz/seeds
 python3 tests/modules/raw_files.py build/fuzz/seeds/camera_raw
@@ -13,7 +13,7 @@ done
 for real in build/dev/real-{files,modules}/*.pdf; do
   [ ! -f "$real" ] || cp "$real" build/fuzz/seeds/pdf_import
 done
-mkdir -p build/fuzz/found "${targets[@]/#/build/fuzz/grown/}"
+mkdir -p build/fuzz/found "${targets[@]/#/build/fuzz/grown/}" "${targets[@]/#/build/fuzz/seeds/}"
 export FUZZ_SECONDS=${FUZZ_SECONDS:-60}
 # shellcheck disable=SC2016  # the inner shell expands these
 printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -I{} sh -c '
