@@ -20,7 +20,7 @@ install(FILES
   packaging/typescout-config.cmake ${CMAKE_CURRENT_BINARY_DIR}/typescout-config-version.cmake
   DESTINATION ${package_folder} COMPONENT libtypescout-dev)
 
-# pkg-config typescout. The prefix is told from the place of the file, so the tree may be moved.
+# pkg-config typescout. The prefix follows from the place of the file, so the tree may be moved.
 file(RELATIVE_PATH PC_TO_PREFIX
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})

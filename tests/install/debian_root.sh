@@ -3,6 +3,7 @@
 # what they bring as its user would, removes them, and fails when anything stays behind.
 set -eu
 cd /packages
+export HOME=/tmp  # fish writes there
 
 files() {
   find / -xdev \( -path /packages -o -path /proc -o -path /sys -o -path /dev -o -path /tmp \
@@ -21,6 +22,11 @@ files >/tmp/before
 dpkg -i ./*.deb >/dev/null
 
 expect "holiday.gif: 0x0305 GIF picture" "$(typescout holiday.gif)"
+expect 2 "$(typescout --modules | grep -c ": version ")"
+expect "0x0305 GIF picture" "$(python3 -c '
+import typescout
+answer = typescout.identify("holiday.gif")
+print(answer.id, answer.name)')"
 man typescout | grep -q 'typescout'
 test -f /usr/lib/*/cmake/typescout/typescout-config.cmake
 
@@ -28,6 +34,7 @@ test -f /usr/lib/*/cmake/typescout/typescout-config.cmake
 expect --completion "$(bash -c '
   . /usr/share/bash-completion/bash_completion
   _completion_loader typescout
+  compopt() { :; }  # works only while bash completes
   COMP_WORDS=(typescout --comple) COMP_CWORD=1 COMP_LINE="typescout --comple" COMP_POINT=18
   $(complete -p typescout | sed "s/.*-F \([^ ]*\).*/\1/") typescout --comple typescout
   echo "${COMPREPLY[@]}"')"

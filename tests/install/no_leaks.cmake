@@ -7,7 +7,7 @@ endforeach()
 
 function(check_for_leaks)
   foreach(name ${VARIABLES_BEFORE})
-    if(NOT name MATCHES "^(ARG|CMAKE_CURRENT_FUNCTION|CMAKE_PARENT_LIST_FILE)" AND
+    if(NOT name MATCHES "^(ARG|CMAKE_CURRENT_|CMAKE_MATCH_|CMAKE_PARENT_LIST_FILE)" AND
         NOT "${${name}}" STREQUAL "${BEFORE_${name}}")
       message(SEND_ERROR "${name} was '${BEFORE_${name}}' and is '${${name}}'")
     endif()
@@ -16,7 +16,7 @@ function(check_for_leaks)
   foreach(name ${cached})
     # CMake's own: the compiler, the projects' folders, what its modules look up.
     if(NOT name IN_LIST VARIABLES_BEFORE AND
-        NOT name MATCHES "^(TYPESCOUT_|typescout_|recognise_|_?CMAKE_|FIND_PACKAGE_|FETCHCONTENT_)")
+        NOT name MATCHES "^(TYPESCOUT_|typescout_|recognise_|_?CMAKE_|_GNUInstallDirs_|FIND_PACKAGE_|FETCHCONTENT_)")
       message(SEND_ERROR "a cache variable of no prefix: ${name}")
     endif()
   endforeach()

@@ -20,7 +20,7 @@ recognises() {
   echo "$1: $said"
 }
 
-# new_folder NAME [FILE...]: a stranger's folder with the example program.
+# new_folder NAME [FILE...]: a folder outside the tree with the example program.
 new_folder() {
   mkdir "$work/$1"
   cp examples/recognise.cpp "${@:2}" "$work/$1"
@@ -77,7 +77,7 @@ recognises 'find_package, static' "$work/static/find_package/build/recognise"
 recognises 'names of its own, static' "$work/static/own_names/own_names"
 
 echo "-- add_subdirectory"
-# Neither GoogleTest nor the program's libraries are there: whoever includes them meets an error.
+# GoogleTest and the program's libraries are missing: including them is an error.
 mkdir -p "$work"/poison/{CLI,gtest,nlohmann}
 for header in CLI/CLI.hpp gtest/gtest.h nlohmann/json.hpp; do
   echo '#error "not installed"' >"$work/poison/$header"
@@ -124,7 +124,8 @@ root=$top/build/debian-root-$(sha1sum <<<"$suite $needed" | cut -c1-8).tar
 if ! [ -f "$root" ]; then
   sources=/etc/apt/sources.list.d/debian.sources  # the mirror that this machine uses
   [ -f "$sources" ] || sources=/etc/apt/sources.list
-  quietly "${sudo[@]}" mmdebstrap --variant=apt --include="$needed" "$suite" "$root.new" "$sources"
+  quietly "${sudo[@]}" mmdebstrap --variant=apt --format=tar --include="$needed" \
+    "$suite" "$root.new" "$sources"
   mv "$root.new" "$root"
 fi
 mkdir "$work/root"

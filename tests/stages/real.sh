@@ -3,7 +3,7 @@ configure dev
 cmake --build build/dev --target typescout_cli
 tests/real/run.sh build/dev
 
-# The modules, installed: raw pictures and PDF documents without and with them. Nobody else may write
+# The modules, installed: raw pictures and PDF documents without and with them. No other user may write
 # to a folder that modules are loaded from.
 need ghostscript libtiff-tools qpdf
 cmake --build build/dev
