@@ -35,6 +35,7 @@ struct Way {
   const char* name;
   std::function<void(const File&)> look;
   std::vector<double> fastest;  // of each file, in microseconds
+  double fastestRound = 1e12;   // over all files, in microseconds
 };
 
 bool IsText(const File& file) { return file.answer == 0x0903 || file.answer == 0x0901; }
@@ -53,12 +54,15 @@ void ReadHead(const File& file, std::vector<char>* buffer) {
 }
 
 void Round(const std::vector<File>& files, Way* way) {
+  const auto begin = std::chrono::steady_clock::now();
   for (std::size_t i = 0; i < files.size(); ++i) {
     const auto start = std::chrono::steady_clock::now();
     way->look(files[i]);
     const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - start;
     way->fastest[i] = std::min(way->fastest[i], took.count());
   }
+  const std::chrono::duration<double, std::micro> all = std::chrono::steady_clock::now() - begin;
+  way->fastestRound = std::min(way->fastestRound, all.count());
 }
 
 double Mean(const std::vector<double>& times) {
@@ -74,8 +78,10 @@ void Print(const Way& way) {
     return times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
   };
   std::printf(
-      "\"%s\": {\"mean\": %.3f, \"median\": %.3f, \"p99\": %.3f, \"max\": %.3f, \"percentiles\": [",
-      way.name, Mean(times), at(0.5), at(0.99), at(1));
+      "\"%s\": {\"mean\": %.3f, \"median\": %.3f, \"p99\": %.3f, \"max\": %.3f, "
+      "\"round\": %.3f, \"percentiles\": [",
+      way.name, Mean(times), at(0.5), at(0.99), at(1),
+      way.fastestRound / static_cast<double>(times.size()));
   for (int i = 0; i <= 100; ++i) std::printf("%s%.3f", i == 0 ? "" : ", ", at(i / 100.0));
   std::printf("]}, ");
 }
@@ -131,6 +137,6 @@ int main(int argc, char** argv) {
   std::printf("\"groups\": {");
   PrintGroup("known by their heads", files, IsKnownByItsHead, ways, ", ");
   PrintGroup("text", files, IsText, ways, ", ");
-  PrintGroup("recognised by nobody", files, IsUnknown, ways, "}}\n");
+  PrintGroup("not recognised", files, IsUnknown, ways, "}}\n");
   return 0;
 }

@@ -21,15 +21,15 @@ INTRODUCTION = """\
 Written by `tools/filters.py`; edit `core/registry.cpp` and `catalogue/filters.cpp`, not this file.
 
 One line for each row of the registry, in the order in which a full scan asks them; the first row
-that says yes decides.
+that accepts the file decides.
 
 - **Row**: the registry index, which `CheckFiltersFromList` takes.
 - **Identifier**: what the functions return. Several rows may have one detector, and two have one
   identifier; look-ups by identifier find the first.
 - **Label**, **name**, **MIME type**, **extensions**: what the program prints.
-- **Looks at**: what makes the row say yes. Texts and bytes without a place stand at the start of
+- **Looks at**: what the row accepts. Texts and bytes without a place stand at the start of
   the file; a semicolon separates alternatives.
-- **Hidden by**: earlier rows, one of which says yes to whatever this row accepts, so that a full
+- **Hidden by**: earlier rows, one of which accepts whatever this row accepts, so that a full
   scan never returns this one. A list check that names the row still does.
 
 `TypeScoutFile` also returns 0x0706, for a compound document with the class identifier of the

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks after docs/guarantees.md.
+"""Checks and updates docs/guarantees.md.
 
     tools/guarantees.py            whether the tests that it names exist
     tools/guarantees.py --write    writes its figures from the reports of the last runs of

@@ -2,7 +2,7 @@
 """Changes one thing at a time in a copy of the tree, builds it, runs the folder's tests, and lists
 the changes that no test noticed.
 
-    tools/mutate.py [--count N] [--seed S] [--files GLOB...] [--all] [--preset dev|asan]
+    tools/mutate.py [--count N] [--seed S] [--files GLOB...] [--minutes M] [--all] [--preset dev|asan]
 
 What is changed: numbers, characters, texts, comparisons, signs, the parts of a condition, a whole
 condition, a statement, what a destructor does. A change that does not compile is not counted. The
@@ -19,6 +19,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import time
 
 TOP = pathlib.Path(__file__).resolve().parents[1]
 COPY = TOP / "build" / "mutation" / "tree"
@@ -185,6 +186,7 @@ def main():
     parser.add_argument("--count", type=int, default=100, help="how many changes (default 100)")
     parser.add_argument("--seed", type=int, default=1, help="chooses them (default 1)")
     parser.add_argument("--files", nargs="*", default=DEFAULT_FILES, help="patterns of files to change")
+    parser.add_argument("--minutes", type=float, default=float("inf"), help="ends after this time")
     parser.add_argument("--all", action="store_true", help="every change, not a sample")
     parser.add_argument("--preset", default="dev", help="dev, or asan for the sanitizers' build")
     options = parser.parse_args()
@@ -195,9 +197,10 @@ def main():
     if not run("cmake", "--preset", options.preset, "-DTYPESCOUT_WERROR=OFF"):
         sys.exit("mutate: the tree cannot be configured")
     sound = set()
+    end = time.monotonic() + 60 * options.minutes
     tried = noticed = 0
     for path, number, line in changes:
-        if tried == options.count and not options.all:
+        if (tried == options.count and not options.all) or time.monotonic() > end:
             break
         suite = Suite(str(path), options.preset)
         if str(suite.test_command) not in sound:
