@@ -39,14 +39,11 @@ fstat
 getauxval
 getcwd
 geteuid
+nanosleep
 open
 pread
-pthread_mutex_init
 pthread_mutex_lock
 pthread_mutex_unlock
-pthread_mutexattr_destroy
-pthread_mutexattr_init
-pthread_mutexattr_settype
 readlink
 realpath
 secure_getenv
