@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <numeric>
 #include <thread>
 
@@ -149,6 +150,14 @@ std::string Suggest(std::string_view prefix, std::string_view word,
   return "; did you mean " + std::string(prefix) + std::string(*nearest) + "?";
 }
 
+// 0 when the word is no decimal number. CLI11's own conversion takes 010 for octal.
+unsigned ParseNumber(const std::string& word) {
+  unsigned number = 0;
+  const char* end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, number);
+  return error == std::errc() && stop == end ? number : 0;
+}
+
 // What is wrong with one word of the option's value; empty when nothing is.
 std::string CheckWord(const OptionRow& row, const std::string& word) {
   if (word.empty()) return "an empty value";
@@ -161,7 +170,7 @@ std::string CheckWord(const OptionRow& row, const std::string& word) {
       if (CLI::IsMember(values)(word).empty()) return {};
       return "'" + word + "' is none of: " + std::string(row.words);
     case NUMBER:
-      if (CLI::Range(1u, 256u)(word).empty()) return {};
+      if (const unsigned number = ParseNumber(word); number >= 1 && number <= 256) return {};
       return "a number from 1 to 256 is needed, not '" + word + "'";
     case FILTER:
     case FILTERS:
@@ -215,7 +224,9 @@ CLI::Option* Define(const OptionRow& row, CLI::App* app, Options* options) {
   } else if (const auto* text = std::get_if<std::string O::*>(&row.target)) {
     option = app->add_flag(names + "{always}", options->**text);
   } else if (const auto* number = std::get_if<unsigned O::*>(&row.target)) {
-    option = app->add_option(names, options->**number);
+    option = app->add_option_function<std::string>(
+        names,
+        [options, number](const std::string& word) { options->** number = ParseNumber(word); });
   } else {
     option =
         app->add_option(names, options->*std::get<std::optional<std::string> O::*>(row.target));

@@ -17,8 +17,18 @@ using Json = nlohmann::json;
 constexpr std::string_view PATH_KEY = "{\"path\":";
 constexpr std::string_view HEADER_KEY = "{\"typescout\":";
 
-// Longer lines are no records.
+// No record is longer.
 constexpr std::size_t LONGEST_LINE = 1 << 20;
+
+// Whether an output may begin like this: with a header, a record or, by --json, an array. A run
+// that was interrupted may have written only a part of it.
+bool IsBeginning(std::string_view text) {
+  const auto fits = [text](std::string_view key) {
+    const std::size_t length = std::min(key.size(), text.size());
+    return key.substr(0, length) == text.substr(0, length);
+  };
+  return fits(PATH_KEY) || fits(HEADER_KEY) || fits("[");
+}
 
 std::uint64_t Hash(std::string_view text) { return std::hash<std::string_view>()(text); }
 
@@ -72,18 +82,19 @@ EarlierOutput::EarlierOutput(const std::string& file) {
   if (error_ != 0) return;
   std::string buffer;
   std::uint64_t offset = 0;  // of the buffer in the file
-  for (bool isAtEnd = false; !isAtEnd && error_ == 0;) {
+  for (bool isAtEnd = false; !isAtEnd && isOutput_ && error_ == 0;) {
     const std::size_t before = buffer.size();
     buffer.resize(before + LONGEST_LINE);
     const std::size_t count =
         platform::ReadAt(handle_, offset + before, buffer.data() + before, LONGEST_LINE, &error_);
     buffer.resize(before + count);
     isAtEnd = count == 0;
+    if (offset == 0 && before == 0) isOutput_ = IsBeginning(buffer);
     std::size_t at = 0;
     for (std::size_t end; (end = buffer.find('\n', at)) != std::string::npos; at = end + 1) {
       Index(std::string_view(buffer).substr(at, end - at), offset + at);
     }
-    if (buffer.size() - at > LONGEST_LINE) at = buffer.size();
+    if (buffer.size() - at > LONGEST_LINE) isOutput_ = false;
     buffer.erase(0, at);
     offset += at;
   }

@@ -28,6 +28,9 @@ class EarlierOutput {
   // Why the file could not be read; 0 when it could.
   int error() const { return error_; }
 
+  // False for a file that begins like no output, or has a line that is longer than a record can be.
+  bool isOutput() const { return isOutput_; }
+
   // What the output was made with (--header), as an object in one line; empty when it does not say.
   const std::string& header() const { return header_; }
 
@@ -55,6 +58,7 @@ class EarlierOutput {
 
   std::intptr_t handle_ = -1;
   int error_ = 0;
+  bool isOutput_ = true;
   std::string header_;
   std::vector<Place> places_;  // sorted by hash, then by offset
   std::mutex mutex_;           // for isMet

@@ -81,6 +81,10 @@ bool InputSource::NextListed(Input* input) {
         input->type = Input::Type::BAD_LIST;
         input->error = file + ": zero bytes in a list of lines; see --null";
         return true;
+      case PathList::Result::ALL_EMPTY:
+        input->type = Input::Type::BAD_LIST;
+        input->error = file + ": more than 65,536 empty entries in a row";
+        return true;
       case PathList::Result::END:
         break;
     }

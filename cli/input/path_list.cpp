@@ -100,6 +100,7 @@ bool PathList::NextEntry(std::string* entry, bool* isCut) {
 
 PathList::Result PathList::Next(std::string* path) {
   bool isCut = false;
+  std::size_t empty = 0;
   while (NextEntry(path, &isCut)) {
     if (!endsInNul_) {
       if (path->find('\0') != std::string::npos) return Result::HAS_NUL;
@@ -107,6 +108,7 @@ PathList::Result PathList::Next(std::string* path) {
     }
     *path = platform::ListedPath(std::move(*path));
     if (!path->empty()) return isCut ? Result::TOO_LONG : Result::PATH;
+    if (++empty > MOST_EMPTY_ENTRIES) return Result::ALL_EMPTY;
   }
   return Result::END;
 }

@@ -10,6 +10,8 @@ namespace typescout::cli {
 
 // The longest entry of a list, in bytes.
 inline constexpr std::size_t LONGEST_ENTRY = 65'536;
+// The most empty entries in a row: a list that has more, such as /dev/zero, may have no end.
+inline constexpr std::size_t MOST_EMPTY_ENTRIES = 65'536;
 
 // Lines end in LF or CR LF. UTF-16 with a byte-order mark is read too, and a mark of UTF-8 is left
 // out. With zero bytes as terminators, the bytes between them are taken as they are.
@@ -23,9 +25,10 @@ class PathList {
 
   enum class Result {
     PATH,
-    TOO_LONG,  // an entry beyond LONGEST_ENTRY was passed over; `*path` is its beginning
-    HAS_NUL,   // a zero byte in a line: the list is one for zero bytes as terminators
-    END,       // or an error, or an interrupt
+    TOO_LONG,   // an entry beyond LONGEST_ENTRY was passed over; `*path` is its beginning
+    HAS_NUL,    // a zero byte in a line: the list is one for zero bytes as terminators
+    ALL_EMPTY,  // more than MOST_EMPTY_ENTRIES
+    END,        // or an error, or an interrupt
   };
   Result Next(std::string* path);
 

@@ -9,11 +9,10 @@ import select
 import shutil
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
-PROGRAM = os.path.abspath(sys.argv[1])
+from program_test import PROGRAM, InTemporaryFolder, write
 
 # What is typed before the tabulator, and the arguments that come of it. The folder holds
 # "two words.gif" and "list".
@@ -41,19 +40,16 @@ INTERACTIVE = {
 }
 
 
-class Completion(unittest.TestCase):
+class Completion(InTemporaryFolder):
     def setUp(self):
-        self.folder = tempfile.mkdtemp(prefix="typescout-")
-        self.addCleanup(shutil.rmtree, self.folder)
-        for name in "two words.gif", "list":
-            with open(os.path.join(self.folder, name), "wb"):
-                pass
+        super().setUp()
+        for name in "two words.gif", "list", "shown":
+            write(name, b"")
 
     def in_terminal(self, shell):
         """Types each case into the shell, in which `typescout` writes down what it is given."""
         process, terminal = pty.fork()
         if process == 0:
-            os.chdir(self.folder)
             os.execvpe(shell, INTERACTIVE[shell], {"PATH": os.environ["PATH"], "TERM": "dumb",
                                                    "HOME": self.folder, "LC_ALL": "C.UTF-8"})
         self.addCleanup(os.waitpid, process, 0)
@@ -77,11 +73,9 @@ class Completion(unittest.TestCase):
         while select.select([terminal], [], [], 0.2)[0]:
             os.read(terminal, 65536)
 
-    def shown(self):
-        path = os.path.join(self.folder, "shown")
-        if not os.path.exists(path):
-            return []
-        with open(path, encoding="utf-8") as file:
+    @staticmethod
+    def shown():
+        with open("shown", encoding="utf-8") as file:
             return file.read().splitlines()
 
     @unittest.skipUnless(shutil.which("bash"), "needs bash")
@@ -99,7 +93,7 @@ class Completion(unittest.TestCase):
         for typed, expected in CASES:
             with self.subTest(typed):
                 command = script.stdout.decode() + f"complete -C 'typescout {typed}'"
-                result = subprocess.run(["fish", "--no-config", "-c", command], cwd=self.folder,
+                result = subprocess.run(["fish", "--no-config", "-c", command],
                                         capture_output=True, check=True)
                 offered = [line.split("\t")[0] for line in result.stdout.decode().splitlines()]
                 last = typed.split(" ")[-1]
