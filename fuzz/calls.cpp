@@ -30,6 +30,7 @@ using fuzz::Choices;
 using memory_host::Call;
 using memory_host::TheMachine;
 using typescout::DetectorRegistry;
+using typescout::tests::MemorySource;
 
 void Require(bool condition) {
   if (!condition) std::abort();
@@ -82,30 +83,14 @@ void LayOutModules(Choices* choices) {
       reinterpret_cast<void*>(GetAINativeData);
 }
 
-// A document whose reads count `*failing` down; the one that brings it to 0 gives nothing.
-class FaultySource final : public compound::ByteSource {
- public:
-  FaultySource(std::string bytes, int* failing) : whole_(std::move(bytes)), failing_(failing) {}
-  std::size_t ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const override {
-    return --*failing_ == 0 ? 0 : whole_.ReadAt(offset, bytes, count);
-  }
-  std::uint64_t size() const override { return whole_.size(); }
-
- private:
-  typescout::tests::MemorySource whole_;
-  int* failing_;
-};
-
 void LayOutFile(Choices* choices, const std::wstring& path, std::string content, int* failingRead) {
   constexpr std::size_t STEP = 400;
   // Zeros before the last third, so that a short input reaches beyond the head.
   content.insert(content.size() - content.size() / 3, choices->Next() * STEP, '\0');
   TheMachine().documentReader = {
-      [](const std::string& bytes) {
-        return compound::HasSignature(typescout::tests::MemorySource(bytes));
-      },
+      [](const std::string& bytes) { return compound::HasSignature(MemorySource(bytes)); },
       [failingRead](const std::string& bytes, IStorage** storage) {
-        return compound::Open(std::make_unique<FaultySource>(bytes, failingRead), storage);
+        return compound::Open(std::make_unique<MemorySource>(bytes, failingRead), storage);
       },
       compound::ReadClass};
   const bool exists = choices->Next() % 16 != 15;
@@ -190,37 +175,32 @@ std::vector<int> ChooseIds(Choices* choices) {
   return ids;
 }
 
-// How a list or a buffer is given, and a length that goes with it.
-enum class Given { WHOLE, NEGATIVE, NULL_POINTER };
-
-int ChooseLength(Choices* choices, Given given, std::size_t size) {
+// How a list or a buffer is given: whole, with a negative length, or as a null pointer with any.
+template <typename Value>
+std::pair<Value*, int> Give(Choices* choices, Value* values, std::size_t size) {
   constexpr int NEGATIVES[] = {-1, INT_MIN};
   constexpr int ANY[] = {3, INT_MAX, -1, INT_MIN};
-  if (given == Given::NEGATIVE) return choices->Among(NEGATIVES);
-  if (given == Given::NULL_POINTER) return choices->Among(ANY);
-  return choices->Next() % 8 == 7 ? 0 : static_cast<int>(size);
+  const int kind = choices->Next() % 4;
+  if (kind == 2) return {values, choices->Among(NEGATIVES)};
+  if (kind == 3) return {nullptr, choices->Among(ANY)};
+  return {values, choices->Next() % 8 == 7 ? 0 : static_cast<int>(size)};
 }
 
 // Both list functions, with any arguments that a caller may give.
 void CheckLists(Choices* choices, const Faults& faults, std::wstring path, std::string content,
                 int requested) {
-  constexpr Given GIVEN[] = {Given::WHOLE, Given::WHOLE, Given::NEGATIVE, Given::NULL_POINTER};
   const std::vector<int> ids = ChooseIds(choices);
-  const Given listGiven = choices->Among(GIVEN);
-  const int count = ChooseLength(choices, listGiven, ids.size());
-  const Given bufGiven = choices->Among(GIVEN);
-  const int bufLen = ChooseLength(choices, bufGiven, content.size());
-  auto* const buf =
-      bufGiven == Given::NULL_POINTER ? nullptr : reinterpret_cast<unsigned char*>(content.data());
-  wchar_t* const itsPath = choices->Next() % 8 == 7 ? nullptr : path.data();
-
   std::vector<int> list = ids;
-  int* const first = listGiven == Given::NULL_POINTER ? nullptr : list.data();
-  const std::optional<int> answer = Answer(faults, [&] {
-    return CheckFiltersFromIDList(itsPath, first, count, bufLen, buf, requested);
-  });
+  const auto [first, count] = Give(choices, list.data(), ids.size());
+  const auto [buf, bufLen] =
+      Give(choices, reinterpret_cast<unsigned char*>(content.data()), content.size());
+  wchar_t* const itsPath = choices->Next() % 8 == 7 ? nullptr : path.data();
+  const auto ask = [&, first = first, count = count, buf = buf, bufLen = bufLen](auto function) {
+    return Answer(faults, [&] { return function(itsPath, first, count, bufLen, buf, requested); });
+  };
+  const std::optional<int> answer = ask(CheckFiltersFromIDList);
   if (faults.any) return;
-  const bool hasList = listGiven == Given::WHOLE && count > 0;
+  const bool hasList = first != nullptr && count > 0;
   const bool hasHead =
       (itsPath != nullptr && TheMachine().files.contains(path)) || (buf != nullptr && bufLen >= 0);
   for (std::size_t i = 0; i < ids.size(); ++i) {
@@ -228,10 +208,7 @@ void CheckLists(Choices* choices, const Faults& faults, std::wstring path, std::
   }
   if (answer != 0 && answer)
     Require(hasList && std::find(ids.begin(), ids.end(), *answer) != ids.end());
-  if (!hasHead) return;
-  Require(answer == Answer(faults, [&] {
-            return CheckFiltersFromList(itsPath, first, count, bufLen, buf, requested);
-          }));
+  if (hasHead) Require(answer == ask(CheckFiltersFromList));
 }
 
 }  // namespace

@@ -28,24 +28,8 @@ fi
 # watches. Names of the compiler's own begin with '_'; the others left out work on memory alone.
 imported=$(nm -D --undefined-only "$1" | awk '{print $2}' | sed 's/@.*//' |
   grep -vE '^(_|(mem|wmem|str|wcs)[a-z]+$|bcmp$)' | sort)
-diff - <(echo "$imported") <<'END_OF_LIST'
-close
-dl_iterate_phdr
-dlclose
-dlinfo
-dlopen
-dlsym
-fstat
-getauxval
-getcwd
-geteuid
-nanosleep
-open
-pread
-pthread_mutex_lock
-pthread_mutex_unlock
-readlink
-realpath
-secure_getenv
-stat
-END_OF_LIST
+allowed=(
+  close dl_iterate_phdr dlclose dlinfo dlopen dlsym fstat getauxval getcwd geteuid nanosleep open
+  pread pthread_mutex_lock pthread_mutex_unlock readlink realpath secure_getenv stat
+)
+diff <(printf '%s\n' "${allowed[@]}") <(echo "$imported")

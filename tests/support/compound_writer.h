@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/structured_storage.h"
+#include "tests/samples/sample.h"
 
 namespace typescout::tests {
 
@@ -24,6 +25,11 @@ struct CompoundOptions {
 // the allocation table, the DIFAT.
 std::string WriteCompound(const std::map<std::wstring, std::string>& streams,
                           const CompoundOptions& options = {});
+
+// What a real file holds that stands for the sample: its bytes, or a document with its streams.
+inline std::string FileBytes(const File& sample) {
+  return sample.streams.empty() ? sample.bytes : WriteCompound(sample.streams);
+}
 
 }  // namespace typescout::tests
 

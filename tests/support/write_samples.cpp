@@ -29,17 +29,14 @@ int main(int argc, char** argv) {
   for (const typescout::tests::Sample& sample : typescout::tests::AllSamples()) {
     std::array<char, 16> number;
     std::snprintf(number.data(), number.size(), "%04d", count++);
-    const std::string document =
-        sample.streams.empty() ? "" : typescout::tests::WriteCompound(sample.streams);
+    const std::string bytes = typescout::tests::FileBytes(sample);
     if (!asSeeds) {
-      Write(folder / number.data() / std::filesystem::path(sample.path).filename(),
-            sample.streams.empty() ? sample.bytes : document);
+      Write(folder / number.data() / std::filesystem::path(sample.path).filename(), bytes);
       continue;
     }
     // Behind the file, what else the target of whole calls chooses: a plain call.
-    Write(folder / "calls" / number.data(),
-          (document.empty() ? sample.bytes : document) + std::string(fuzz::CHOICE_COUNT, '\0'));
-    if (!document.empty()) Write(folder / "compound" / number.data(), document);
+    Write(folder / "calls" / number.data(), bytes + std::string(fuzz::CHOICE_COUNT, '\0'));
+    if (!sample.streams.empty()) Write(folder / "compound" / number.data(), bytes);
   }
   return 0;
 }
