@@ -50,8 +50,8 @@ int CountSeparators(ByteView head, Position command, Position limit) {
 // than 64 KiB (a caller may pass such a head).
 //
 // When the text has a closing byte behind its first opening byte, every command counts as a sign.
-// The first command then also moves the position by the distance between these two bytes, possibly
-// back towards the start; the second ends the loop.
+// Only this first closing byte is used. A command then also moves the position by the distance
+// between these two bytes, modulo 65,536; the second command ends the loop.
 std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const ByteView head = Head(probe);
   const Position zero = head.Find(0);

@@ -8,9 +8,9 @@ import os
 import resource
 import sys
 import tempfile
-import threading
 import time
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 import pdf_files
@@ -38,28 +38,26 @@ class ModulesTest(unittest.TestCase):
             self.skipTest('not built')
         return getattr(ctypes.CDLL(module), function)
 
-    def from_threads(self, ask):
-        """`ask` from eight threads at once; gives what each said."""
-        answers = []
-        threads = [threading.Thread(target=lambda: answers.append(ask())) for _ in range(8)]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
-        return answers
+    def ask_all(self, ask, files):
+        """Asks about each file, then again from eight threads at once."""
+        paths = {name: self.write(name, content) for name, (content, _) in files.items()}
+        expected = {name: answer for name, (_, answer) in files.items()}
+        for name, path in paths.items():
+            started = time.process_time()
+            self.assertEqual(ask(path), expected[name], name)
+            self.assertLess(time.process_time() - started, 1, name)
+        with ThreadPoolExecutor(8) as pool:
+            asked = pool.map(lambda _: {name: ask(path) for name, path in paths.items()}, range(8))
+            self.assertEqual(list(asked), [expected] * 8)
 
     def test_camera_raw(self):
         check = self.load(DCRAW, 'CheckForRaw')
 
         def ask(path):
             return check(ctypes.c_wchar_p(path))
-        paths = {name: self.write(name, content) for name, content in raw_files.FILES.items()}
-        expected = {name: int(not name.endswith(('.tif', '.bin'))) for name in paths}
-        self.assertEqual({name: ask(path) for name, path in paths.items()}, expected)
-        self.assertEqual(self.from_threads(lambda: {n: ask(p) for n, p in paths.items()}),
-                         [expected] * 8)
+        self.ask_all(ask, raw_files.FILES)
         # Cut short, and none at all.
-        for name, content in raw_files.FILES.items():
+        for name, (content, _) in raw_files.FILES.items():
             for size in (0, 63, 64, 100, 200):
                 ask(self.write('cut', content[:size]))
             self.assertEqual(ask(self.write('cut', content[:63])), 0, name)
@@ -76,14 +74,7 @@ class ModulesTest(unittest.TestCase):
             result = get(ctypes.byref(Query(path)), None, ctypes.byref(flags))
             self.assertIn(result, (0, 1))
             return flags.value if result else None
-        paths = {name: self.write(name, content) for name, (content, _) in pdf_files.FILES.items()}
-        expected = {name: flags for name, (_, flags) in pdf_files.FILES.items()}
-        for name, path in paths.items():
-            started = time.process_time()
-            self.assertEqual(ask(path), expected[name], name)
-            self.assertLess(time.process_time() - started, 1, name)
-        self.assertEqual(self.from_threads(lambda: {n: ask(p) for n, p in paths.items()}),
-                         [expected] * 8)
+        self.ask_all(ask, pdf_files.FILES)
         for path in (None, self.folder, os.path.join(self.folder, 'missing')):
             self.assertIsNone(ask(path), path)
         # An answer is kept while the file stays as it is.

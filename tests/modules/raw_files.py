@@ -13,30 +13,26 @@ PIXELS = bytes(2 * SIZE * SIZE)
 
 
 def tiff(tags, magic=b'II*\0', pixels=PIXELS):
-    """A little-endian TIFF of one directory. The value PIXELS is the pixels' offset."""
-    tags = sorted(tags)
-    values_at = 8 + 2 + 12 * len(tags) + 4
-    pixels_at = values_at + sum(len(v) for _, _, v in tags if isinstance(v, bytes) and len(v) > 4)
+    """A little-endian TIFF: the pixels, at 8, one directory and its longer values."""
     directory, values = b'', b''
-    for tag, kind, value in tags:
-        if value is PIXELS:
-            value = pixels_at
-        if isinstance(value, int):
-            count, field = 1, struct.pack('<I', value)
-        else:
-            count = len(value) // {2: 1, 1: 1, 3: 2, 4: 4}[kind]
-            field = value.ljust(4, b'\0')
-            if len(value) > 4:
-                field = struct.pack('<I', values_at + len(values))
-                values += value
-        directory += struct.pack('<HHI', tag, kind, count) + field
-    return (magic + struct.pack('<IH', 8, len(tags)) + directory + bytes(4) + values) + pixels
+    directory_at = 8 + len(pixels)
+    values_at = directory_at + 2 + 12 * len(tags) + 4
+    for tag, kind, value in sorted(tags):
+        count = 1
+        if isinstance(value, bytes):
+            count = len(value) // {1: 1, 2: 1, 3: 2, 4: 4}[kind]
+            values += value
+            short = int.from_bytes(value[:4], 'little')
+            value = short if len(value) <= 4 else values_at + len(values) - len(value)
+        directory += struct.pack('<HHII', tag, kind, count, value)
+    return (magic + struct.pack('<I', directory_at) + pixels + struct.pack('<H', len(tags)) + directory +
+            bytes(4) + values)
 
 
 def picture(make, *more):
     """The tags of an uncompressed picture of one sample of 16 bits a pixel."""
     return [(256, 4, SIZE), (257, 4, SIZE), (258, 3, 16), (259, 3, 1), (262, 3, 1),
-            (271, 2, make + b'\0'), (272, 2, b'One\0'), (273, 4, PIXELS), (277, 3, 1),
+            (271, 2, make + b'\0'), (272, 2, b'One\0'), (273, 4, 8), (277, 3, 1),
             (278, 4, SIZE), (279, 4, len(PIXELS))] + list(more)
 
 
@@ -98,27 +94,28 @@ def cr3():
     return file(len(file(0)) + 8) + box(b'mdat', PIXELS)
 
 
+# What CheckForRaw makes of each.
 FILES = {
-    'canon.crw': ciff(),
-    'canon.cr3': cr3(),
-    'fujifilm.raf': raf(),
-    'minolta.mrw': mrw(),
-    'nikon.nef': tiff(picture(b'NIKON CORPORATION', *CFA)),
-    'x-trans.dng': tiff(picture(b'FUJIFILM', (33421, 3, struct.pack('<HH', 6, 6)), PATTERN_OF_36)),
-    'olympus.orf': tiff(picture(b'OLYMPUS CORPORATION'), magic=b'IIRO'),
-    'panasonic.rw2': tiff([(1, 1, b'0300'), (2, 3, SIZE), (3, 3, SIZE), (5, 3, 0), (6, 3, SIZE),
-                           (7, 3, SIZE), (9, 3, 1), (271, 2, b'Panasonic\0'), (272, 2, b'DMC-L1\0'),
-                           (280, 4, PIXELS)], magic=b'IIU\0'),
+    'canon.crw': (ciff(), 1),
+    'canon.cr3': (cr3(), 1),
+    'fujifilm.raf': (raf(), 1),
+    'minolta.mrw': (mrw(), 1),
+    'nikon.nef': (tiff(picture(b'NIKON CORPORATION', *CFA)), 1),
+    'x-trans.dng': (tiff(picture(b'FUJIFILM', (33421, 3, struct.pack('<HH', 6, 6)), PATTERN_OF_36)), 1),
+    'olympus.orf': (tiff(picture(b'OLYMPUS CORPORATION'), magic=b'IIRO'), 1),
+    'panasonic.rw2': (tiff([(1, 1, b'0300'), (2, 3, SIZE), (3, 3, SIZE), (5, 3, 0), (6, 3, SIZE), (7, 3, SIZE),
+                            (9, 3, 1), (271, 2, b'Panasonic\0'), (272, 2, b'DMC-L1\0'), (280, 4, 8)],
+                           magic=b'IIU\0'), 1),
     # A scanner's picture, signed as a camera's: no colour filter array.
-    'grey-by-canon.tif': tiff(picture(b'Canon')),
+    'grey-by-canon.tif': (tiff(picture(b'Canon')), 0),
     # LibRaw 0.20.2 crashes.
-    'pattern-without-size.tif': tiff(picture(b'FUJIFILM', PATTERN_OF_36)),
+    'pattern-without-size.tif': (tiff(picture(b'FUJIFILM', PATTERN_OF_36)), 0),
     # As long as the headerless picture of a camera (AVT F-080C).
-    'length-of-a-raw.tif': tiff([tag for tag in picture(b'') if tag[0] != 271]).ljust(786432, b'\0'),
-    'length-of-a-raw.bin': bytes(786432),
+    'length-of-a-raw.tif': (tiff([tag for tag in picture(b'') if tag[0] != 271]).ljust(786432, b'\0'), 0),
+    'length-of-a-raw.bin': (bytes(786432), 0),
 }
 
 if __name__ == '__main__':
     Path(sys.argv[1]).mkdir(parents=True, exist_ok=True)
-    for name, content in FILES.items():
+    for name, (content, _) in FILES.items():
         Path(sys.argv[1], name).write_bytes(content)

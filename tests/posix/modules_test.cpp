@@ -8,10 +8,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include "host/library.h"
 #include "host/posix/wide_path.h"
@@ -149,6 +154,40 @@ TEST_F(Modules, AreNotChosenByTheUserOfASetuidProgram) {
   EXPECT_EQ(AskFromAnew("TVN_FILTERS_DIR='" + Path("elsewhere") + "'", Path("bare/libtypescout.so"),
                         "/", "a0", ILLUSTRATOR_PDF, Path("ask_from")),
             1);
+}
+
+// A library's initialisation asks and forks, while the loader's lock is held and other threads wait
+// for it.
+TEST_F(Modules, AreAskedByALibraryThatIsBeingInitialised) {
+  static thread_local decltype(this) asking = nullptr;
+  static thread_local int answer = -1;
+  constexpr auto WHEN_INITIALISED = [] {
+    const auto modules = std::exchange(asking, nullptr);
+    if (modules == nullptr) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // the others get to the loader
+    const pid_t child = fork();
+    if (child == 0) _exit(0);
+    waitpid(child, nullptr, 0);
+    answer = modules->Ask("a0", ILLUSTRATOR_PDF);
+  };
+  PutModule("filters/TvnPDFImport.so");
+  PutModule("library.so");
+  setenv("TVN_FILTERS_DIR", Path("filters").c_str(), 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(+WHEN_INITIALISED);
+  setenv("TEST_MODULE_CALLS", std::to_string(address).c_str(), 1);
+  std::atomic<bool> isOver = false;
+  std::jthread other([&] {
+    while (!isOver) Ask("a0", ILLUSTRATOR_PDF);
+  });
+  alarm(60);  // instead of waiting for ever
+  asking = this;
+  void* const library = dlopen(Path("library.so").c_str(), RTLD_NOW);
+  EXPECT_EQ(answer, 0);
+  dlclose(library);
+  alarm(0);
+  isOver = true;
+  other.join();
+  unsetenv("TEST_MODULE_CALLS");
 }
 
 // The exception's class, and so the function that destroys it, is in the module.
