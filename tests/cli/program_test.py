@@ -459,4 +459,4 @@ class Held(InTemporaryFolder):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1] + sys.argv[5:])
+    unittest.main(argv=sys.argv[:1] + sys.argv[5:], failfast="GTEST_FAIL_FAST" in os.environ)
