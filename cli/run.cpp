@@ -246,7 +246,7 @@ class Runner {
 // Null with a message when the output cannot be used.
 std::unique_ptr<EarlierOutput> Read(std::string_view option, const std::string& file) {
   auto output = std::make_unique<EarlierOutput>(file);
-  if (output->error() == 0 && output->isOutput()) return output;
+  if (output->error() == 0 && output->IsOutput()) return output;
   Complain(
       std::string(option) + ": " + file + ": " +
       (output->error() == 0 ? "is no output of --jsonl" : platform::ErrorText(output->error())));

@@ -29,7 +29,7 @@ class EarlierOutput {
   int error() const { return error_; }
 
   // False for a file that begins like no output, or has a line that is longer than a record can be.
-  bool isOutput() const { return isOutput_; }
+  bool IsOutput() const { return isOutput_; }
 
   // What the output was made with (--header), as an object in one line; empty when it does not say.
   const std::string& header() const { return header_; }
