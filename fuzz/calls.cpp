@@ -20,7 +20,7 @@
 #include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
 #include "host/path.h"
-#include "tests/support/memory_source.h"
+#include "tests/support/documents.h"
 #include "tests/support/module_set.h"
 #include "typescout/typescout.h"
 

@@ -15,7 +15,7 @@ enum class TextClass { NOT_TEXT, SEVEN_BIT, EIGHT_BIT, OTHER };
 // Bytes that text does not hold: control characters other than tab, line feed, form feed and
 // carriage return. Without a branch, so that the compiler can look at many bytes at once.
 bool IsControl(std::uint8_t byte) {
-  return (byte < ' ') & (byte != '\t') & (byte != '\n') & (byte != '\f') & (byte != '\r');
+  return (byte < ' ') & ((byte < '\t') | (byte > '\r') | (byte == '\v'));
 }
 
 // The highest byte of the text; nothing when it holds a control character.

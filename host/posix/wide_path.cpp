@@ -48,7 +48,12 @@ PathBytes::PathBytes(const wchar_t* path) {
   std::size_t length = 0;
   for (; *path != L'\0'; ++path) {
     if (bytes_.size() - length < 5) return;  // a character and the terminator
-    const std::size_t added = Encode(static_cast<char32_t>(*path), bytes_.data() + length);
+    const auto c = static_cast<char32_t>(*path);
+    if (c < 0x80) {  // most are ASCII
+      bytes_[length++] = static_cast<char>(c);
+      continue;
+    }
+    const std::size_t added = Encode(c, bytes_.data() + length);
     if (added == 0) return;
     length += added;
   }
