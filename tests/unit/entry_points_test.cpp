@@ -196,7 +196,7 @@ TEST(Faults, LeaveNothingOpenAndNoWrongAnswer) {
                                        Call::IS_STORAGE_FILE, MEMORY};
   for (const Sample& sample : AllSamples()) {
     for (const auto& [isScan, throws] : {std::pair(false, false), {true, false}, {true, true}}) {
-      const auto ask = [&] {
+      const auto ask = [&sample, isScan = isScan] {
         return isScan ? TypeScoutFile(sample.path.c_str())
                       : CheckOneFilter(sample.path.c_str(), sample.filter, sample.requested);
       };
