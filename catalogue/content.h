@@ -16,9 +16,9 @@ inline constexpr std::size_t HEAD_SIZE = TYPESCOUT_HEAD_CAPACITY;
 bool IsCompoundDocument(std::string_view head);
 
 // Whether a row may look beyond the first HEAD_SIZE bytes of content that begins with `head`: the
-// streams of a compound document, the pictures of a GIF, the tags of a TIFF, and what import
-// modules read of PDF and camera raw files. Everything else has the same answer from its head
-// alone.
+// streams of a compound document, the pictures of a GIF, the tags of a TIFF, and what the import
+// modules of this project read of PDF and camera raw files. Everything else has the same answer
+// from its head alone.
 bool IsReadBeyondHead(std::string_view head);
 
 }  // namespace typescout::catalogue

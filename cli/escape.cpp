@@ -26,7 +26,8 @@ void ForEachPiece(std::string_view text, Plain plain, Special special) {
   std::size_t at = 0;
   while (at < text.size()) {
     const auto byte = static_cast<std::uint8_t>(text[at]);
-    const Character c = byte < 0x80 ? Character{byte, 1} : Decode(text.substr(at, std::size_t{4}));
+    const utf8::Character c =
+        byte < 0x80 ? utf8::Character{byte, 1} : utf8::Decode(text.substr(at, std::size_t{4}));
     if (c.length != 0 && !IsControl(c.value)) {
       at += c.length;
       continue;
@@ -59,14 +60,15 @@ std::string EscapeControls(std::string_view text) {
   std::string escaped;
   bool isPlain = true;
   ForEachPiece(
-      text, [](std::string_view) {}, [&isPlain](Character, std::string_view) { isPlain = false; });
+      text, [](std::string_view) {},
+      [&isPlain](utf8::Character, std::string_view) { isPlain = false; });
   if (isPlain) return std::string(text);
   ForEachPiece(
       text,
       [&escaped](std::string_view plain) {
         for (const char c : plain) escaped.append(c == '\\' ? 2 : 1, c);
       },
-      [&escaped](Character, std::string_view bytes) {
+      [&escaped](utf8::Character, std::string_view bytes) {
         if (const char letter = ShortEscape(bytes); letter != 0) {
           escaped.append({'\\', letter});
           return;
@@ -91,13 +93,13 @@ void AppendJsonString(std::string_view text, std::string* json) {
           at = end + 1;
         }
       },
-      [json](Character c, std::string_view bytes) {
+      [json](utf8::Character c, std::string_view bytes) {
         if (c.length == 0) {
           AppendUtf8(0xFFFD, json);
         } else if (const char letter = ShortEscape(bytes); letter != 0) {
           json->append({'\\', letter});
         } else {
-          std::array<char, 8> escape;
+          std::array<char, 11> escape;
           std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(c.value));
           *json += escape.data();
         }

@@ -25,9 +25,10 @@ constexpr Entry EXITS[] = {
     {"64", "The command line or a list is not valid."},
     {"70", "Out of memory, or the library is of another version than the program."},
     {"74", "Standard output could not be written."},
-    {"130, 141",
-     "Ended by Ctrl-C, with the records so far complete; ended because the reader of standard "
-     "output has gone."},
+    {"129, 130, 143",
+     "Ended by a hangup, by Ctrl-C or by a request to end (TERM); the records so far are "
+     "complete."},
+    {"141", "Ended because the reader of standard output has gone."},
 };
 
 constexpr Entry EXAMPLES[] = {
@@ -145,7 +146,12 @@ std::string ManualPage(std::string_view version) {
       "files are\n"
       "opened. \\fIPATH\\fR \\- is content from standard input.\n.PP\n"
       "Some filters accept more than one format and are asked early. When another filter accepts\n"
-      "the file too and describes it better, that one is named as well, as the best.\n";
+      "the file too and describes it better, that one is named as well, as the best.\n.PP\n"
+      "Each input has one line. Control characters in its name, and bytes that are not UTF\\-8, "
+      "are\n"
+      "written as \\en or \\ex1B, and a backslash in such a name is doubled. \\-\\-json has names "
+      "as\n"
+      "they are, and so have \\-0 and \\-\\-format where the output is no terminal.\n";
   ForEachShown(heading, [&page](const OptionRow& row) {
     page += ".TP\n";
     if (row.shortName != 0) page += std::string("\\fB\\-") + row.shortName + "\\fR, ";

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <numeric>
 #include <thread>
@@ -27,6 +28,9 @@ constexpr std::string_view RUN = "Run";
 constexpr std::string_view OTHER = "Other";
 constexpr std::string_view HIDDEN;
 
+// In a list of excluded options: all but those that follow.
+constexpr std::string_view ALL_BUT = "*";
+
 constexpr std::string_view WHEN = "auto always never";
 
 // clang-format off
@@ -46,7 +50,7 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
     {0, "name", "NAME", ANYTHING, &O::contentName, "", "", INPUT,
      "The name of the content from standard input (PATH is -); its extension counts."},
     {0, "since", "OLD", FILE, &O::since, "", "", INPUT,
-     "Copy the answers for files whose size and time of change are those in OLD, an earlier output of --jsonl. Also resumes an interrupted run."},
+     "Copy the answers for files whose size and time of change are those in OLD, an earlier output of --jsonl in which the same filters were asked; with a --header, by the same version. Also resumes an interrupted run."},
 
     {'k', "all", "", NOTHING, &O::all, "", "", QUERY,
      "Report every filter that accepts the file, not only the first."},
@@ -54,8 +58,8 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
      "Ask only these filters, in this order: identifiers (0x0305), labels (gif) and families (raster vector media native document text), separated by commas. May be repeated."},
     {0, "requested", "ID", FILTER, &O::requested, "", "", QUERY,
      "The filter that the caller means to use; the Illustrator and PDF filters look at it."},
-    {0, "check", "ID", FILTER, &O::check, "", "all candidates mismatch only compare summary id mime-type label format json jsonl csv", QUERY,
-     "Print nothing; the exit status is 0 when the filter takes every input, else 1."},
+    {0, "check", "ID", FILTER, &O::check, "", "since all candidates mismatch only compare summary id mime-type label format json jsonl csv", QUERY,
+     "Print nothing; the exit status is 0 when the filter takes every input, 1 when it does not, 2 when one could not be read."},
 
     {'b', "brief", "", NOTHING, &O::brief, "", "", OUTPUT,
      "Leave out the path."},
@@ -64,9 +68,9 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
     {'i', "mime-type", "", NOTHING, Shape::MIME_TYPE, "", "", OUTPUT,
      "Print the MIME type only, of the filter that describes the file best."},
     {'l', "label", "", NOTHING, Shape::LABEL, "", "", OUTPUT,
-     "Print the label only: one word, which never changes."},
+     "Print the filter's label only: one word, the same in every version."},
     {0, "format", "TEMPLATE", ANYTHING, &O::format, "", "id mime-type label json jsonl csv summary", OUTPUT,
-     "Print TEMPLATE with its {fields} filled in, which typescout(1) lists; {path!q} is quoted for a shell. {{ }} \\n \\t \\0 \\\\ as usual."},
+     "Print TEMPLATE with its {fields} filled in (see FIELDS in the manual); {path!q} is quoted for a shell. {{ }} \\n \\t \\0 \\\\ as usual."},
     {0, "json", "", NOTHING, Shape::JSON, "", "print0", OUTPUT,
      "Print an array of JSON objects."},
     {0, "jsonl", "", NOTHING, Shape::JSON_LINES, "", "summary", OUTPUT,
@@ -75,10 +79,10 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
      "Print comma-separated values with a heading."},
     {0, "csv-safe", "", NOTHING, &O::csvSafe, "", "", OUTPUT,
      "With --csv: put ' before values that a spreadsheet would take for formulas (= + - @)."},
-    {0, "header", "", NOTHING, &O::header, "", "", OUTPUT,
+    {0, "header", "", NOTHING, &O::header, "", "summary", OUTPUT,
      "With --json or --jsonl: begin with the version, the number of filters and what was asked."},
     {'0', "print0", "", NOTHING, &O::print0, "", "", OUTPUT,
-     "End each record with a zero byte instead of a line end; with --only, print paths alone."},
+     "End each record with a zero byte instead of a line end, and leave names as they are; with --only, print paths alone."},
     {0, "mismatch", "", NOTHING, &O::mismatch, "", "", OUTPUT,
      "Print only files whose extension does not belong to what they are, with the one that would."},
     {0, "only", "LIST", ANSWERS, &O::only, "", "", OUTPUT,
@@ -88,29 +92,29 @@ constexpr auto OPTIONS = std::to_array<OptionRow>({
     {0, "summary", "", NOTHING, &O::summary, "", "id mime-type label print0", OUTPUT,
      "Print a table of the types found in place of the inputs; also as --json."},
     {0, "color", "[WHEN]", WORD, &O::color, WHEN, "", OUTPUT,
-     "Colour on a terminal (auto), always or never. NO_COLOR in the environment turns auto off."},
+     "Colour on a terminal (auto), always (also without WHEN) or never. NO_COLOR in the environment turns auto off."},
 
     {0, "fail-on", "LIST", WORDS, &O::failOn, "unknown mismatch unreadable", "", RUN,
      "Exit with status 1 when any input is one of LIST: unknown, mismatch, unreadable, separated by commas. May be repeated."},
     {'j', "jobs", "N", NUMBER, &O::jobs, "", "", RUN,
      "Examine N files at a time (1 to 256); as many as there are cores when not given. The output is the same for every N."},
     {0, "progress", "[WHEN]", WORD, &O::progress, WHEN, "", RUN,
-     "Show count, rate and time left on standard error: auto (on a terminal, while standard output is a file), always or never."},
+     "Show count, rate and time left on standard error: auto (on a terminal, while standard output is a file), always (also without WHEN) or never."},
     {'q', "quiet", "", NOTHING, &O::quiet, "", "", RUN,
      "No messages about single inputs; the exit status still tells."},
 
-    {0, "list-filters", "", NOTHING, &O::listFilters, "", "", OTHER,
+    {0, "list-filters", "", NOTHING, &O::listFilters, "", "* json jsonl csv man version help", OTHER,
      "Print the registry, in the order in which it is asked; also as --json, --jsonl, --csv."},
-    {0, "modules", "", NOTHING, &O::listModules, "", "", OTHER,
+    {0, "modules", "", NOTHING, &O::listModules, "", "* man version help", OTHER,
      "Print where each module of the suite is looked for, and its version or why it is not used."},
-    {0, "completion", "SHELL", WORD, &O::completion, "bash zsh fish", "", OTHER,
+    {0, "completion", "SHELL", WORD, &O::completion, "bash zsh fish", "* man version help", OTHER,
      "Print the completion script for SHELL: bash, zsh or fish."},
     {0, "man", "", NOTHING, &O::manual, "", "", HIDDEN,
      "Print the manual page."},
     {0, "version", "", NOTHING, &O::version, "", "", OTHER,
      "Print the version."},
     {'h', "help", "", NOTHING, &O::help, "", "", OTHER,
-     "Print this."},
+     "Print the options."},
 });
 // clang-format on
 
@@ -120,34 +124,48 @@ bool IsList(const OptionRow& row) {
 
 std::string LongName(const OptionRow& row) { return "--" + std::string(row.longName); }
 
-// The number of single-character changes that make one of the other (Levenshtein's distance).
+// The number of single-character changes, and of neighbours exchanged, that make one of the other
+// (the distance of Damerau and Levenshtein).
 std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), 0);
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (a[i] != b[j]);
-      diagonal = std::exchange(row[j + 1], std::min({changed, row[j] + 1, row[j + 1] + 1}));
+  std::vector<std::size_t> before(b.size() + 1);
+  std::vector<std::size_t> last(b.size() + 1);
+  std::iota(last.begin(), last.end(), 0);
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::vector<std::size_t> row(b.size() + 1, i);
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      row[j] = std::min({last[j - 1] + (a[i - 1] != b[j - 1]), row[j - 1] + 1, last[j] + 1});
+      const bool isExchanged = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (isExchanged) row[j] = std::min(row[j], before[j - 2] + 1);
     }
+    before = std::exchange(last, std::move(row));
   }
-  return row.back();
+  return last.back();
 }
 
-// "; did you mean X?" for the nearest of `known`, if any is near.
-std::string Suggest(std::string_view prefix, std::string_view word,
+// "; did you mean X?" for the only one of `known` that begins like the word, or else the nearest,
+// if any is near.
+std::string Suggest(std::string_view prefix, std::string word,
                     const std::vector<std::string_view>& known) {
+  for (char& c : word) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  const auto suggestion = [prefix](std::string_view each) {
+    return "; did you mean " + std::string(prefix) + std::string(each) + "?";
+  };
+  const auto isLonger = [&word](std::string_view each) { return each.starts_with(word); };
+  const auto longer = std::find_if(known.begin(), known.end(), isLonger);
+  if (word.size() > 1 && std::count_if(longer, known.end(), isLonger) == 1) {
+    return suggestion(*longer);
+  }
   const bool isNumber = !word.empty() && word[0] >= '0' && word[0] <= '9';
   // Where two are as near, the one with the same first letter.
-  const auto order = [word](std::string_view each) {
+  const auto order = [&word](std::string_view each) {
     return std::pair(Distance(word, each), each.substr(0, 1) != word.substr(0, 1));
   };
   const auto nearest = std::min_element(
       known.begin(), known.end(),
       [&order](std::string_view a, std::string_view b) { return order(a) < order(b); });
-  if (isNumber || nearest == known.end() || Distance(word, *nearest) * 3 > word.size() + 3)
+  if (isNumber || nearest == known.end() || Distance(word, *nearest) * 3 > word.size() + 1)
     return {};
-  return "; did you mean " + std::string(prefix) + std::string(*nearest) + "?";
+  return suggestion(*nearest);
 }
 
 // 0 when the word is no decimal number. CLI11's own conversion takes 010 for octal.
@@ -231,7 +249,8 @@ CLI::Option* Define(const OptionRow& row, CLI::App* app, Options* options) {
     option =
         app->add_option(names, options->*std::get<std::optional<std::string> O::*>(row.target));
   }
-  if (row.target.index() != 3) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+  const bool isList = std::holds_alternative<std::vector<std::string> O::*>(row.target);
+  if (!isList) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   return option->transform(Unshield())->check([&row](const std::string& value) {
     return CheckValue(row, value);
   });
@@ -240,13 +259,13 @@ CLI::Option* Define(const OptionRow& row, CLI::App* app, Options* options) {
 void DefineExclusions(CLI::App* app) {
   for (const OptionRow& row : OPTIONS) {
     CLI::Option* option = app->get_option(LongName(row));
-    for (const std::string_view other : Split(row.excludes, ' ')) {
-      if (!other.empty()) option->excludes(app->get_option("--" + std::string(other)));
-    }
+    const std::vector<std::string_view> words = Split(row.excludes, ' ');
     for (const OptionRow& other : OPTIONS) {
       const bool areShapes =
           std::holds_alternative<Shape>(row.target) && std::holds_alternative<Shape>(other.target);
-      if (areShapes && &row != &other) option->excludes(app->get_option(LongName(other)));
+      const bool isNamed = std::count(words.begin(), words.end(), other.longName) != 0;
+      const bool excludes = areShapes || (words.front() == ALL_BUT ? !isNamed : isNamed);
+      if (excludes && &row != &other) option->excludes(app->get_option(LongName(other)));
     }
   }
 }
@@ -262,14 +281,18 @@ std::string ExplainExclusion(const CLI::App& app) {
   return {};
 }
 
-std::string NoSuchOption(std::string_view word) {
+// The nearest option to `name`, which stands behind a dash or two.
+std::string SuggestOption(std::string_view name) {
   std::vector<std::string_view> known;
   for (const OptionRow& row : OPTIONS) {
     if (!row.group.empty()) known.push_back(row.longName);
   }
+  return Suggest("--", std::string(name), known);
+}
+
+std::string NoSuchOption(std::string_view word) {
   const std::string_view name = word.substr(0, word.find('='));
-  const std::string nearest =
-      name.starts_with("--") ? Suggest("--", name.substr(2), known) : std::string();
+  const std::string nearest = name.starts_with("--") ? SuggestOption(name.substr(2)) : "";
   return std::string(name) + ": no such option" + nearest + " (see --help)";
 }
 
@@ -280,11 +303,33 @@ const OptionRow* FindOption(std::string_view name) {
   return found == OPTIONS.end() ? nullptr : &*found;
 }
 
-// The message for an error that CLI11 found. CLI11's own message begins with the option's name.
-std::string Explain(const CLI::App& app, const CLI::ParseError& error) {
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    return NoSuchOption(app.remaining().front());
+// CLI11 takes -help for -h -e -l -p. `left` is what it did not take. Empty when no argument looks
+// like the name of an option with a dash too few.
+std::string ExplainSingleDash(const std::vector<std::string>& arguments, std::string_view left) {
+  constexpr std::size_t SHORTEST = 3;  // of names that are guessed
+  for (const std::string_view argument : arguments) {
+    if (argument == "--") break;
+    if (!argument.starts_with('-') || argument.starts_with("--")) continue;
+    const std::string_view name = argument.substr(1, argument.find('=') - 1);
+    const bool isLeft =
+        name.size() >= SHORTEST && left.size() > 1 && argument.ends_with(left.substr(1));
+    const std::string nearest =
+        isLeft || FindOption(name) != nullptr ? SuggestOption(name) : std::string();
+    if (!nearest.empty())
+      return "-" + std::string(name) + ": no such option" + nearest + " (see --help)";
   }
+  return {};
+}
+
+// The message for an error that CLI11 found. CLI11's own message begins with the option's name.
+std::string Explain(const CLI::App& app, const std::vector<std::string>& arguments,
+                    const CLI::ParseError& error) {
+  const std::vector<std::string> left = app.remaining();
+  if (std::string wrong = ExplainSingleDash(arguments, left.empty() ? "" : left.front());
+      !wrong.empty()) {
+    return wrong;
+  }
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return NoSuchOption(left.front());
   if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) return ExplainExclusion(app);
   std::string text = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
@@ -321,15 +366,16 @@ void SplitLists(Options* options) {
 
 std::string CheckTogether(const Options& options) {
   const bool isJson = options.shape == Shape::JSON || options.shape == Shape::JSON_LINES;
-  if (options.header && (!isJson || options.summary)) return "--header needs --json or --jsonl";
+  if (options.header && !isJson) return "--header needs --json or --jsonl";
   if (options.csvSafe && options.shape != Shape::CSV) return "--csv-safe needs --csv";
   const auto content = std::count(options.paths.begin(), options.paths.end(), "-");
   const auto lists = std::count(options.lists.begin(), options.lists.end(), "-");
   if (content + lists > 1) return "standard input can be taken once only";
   if (options.contentName && content == 0) return "--name needs the path -";
   const bool hasNoInput = options.paths.empty() && options.lists.empty();
-  const bool needsInput = !options.listFilters && !options.listModules && !options.completion;
-  return hasNoInput && needsInput ? "no PATH given (see --help)" : "";
+  const bool isList = options.listFilters || options.listModules || options.completion;
+  if (isList && !hasNoInput) return options.paths.front() + ": a list takes no PATH";
+  return hasNoInput && !isList ? "no PATH given (see --help)" : "";
 }
 
 }  // namespace
@@ -378,7 +424,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options* opt
   try {
     app.parse(std::move(reversed));
   } catch (const CLI::ParseError& error) {
-    return Explain(app, error);
+    return Explain(app, arguments, error);
   }
   if (options->help || options->version || options->manual) return {};
   SplitLists(options);

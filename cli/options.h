@@ -83,7 +83,8 @@ struct OptionRow {
                std::vector<std::string> Options::*, unsigned Options::*, Shape>
       target;
   std::string_view words;     // separated by spaces
-  std::string_view excludes;  // options that it does not go with; shapes exclude each other
+  std::string_view excludes;  // options that it does not go with, or "*" and those that it goes
+                              // with; shapes exclude each other
   std::string_view group;     // the heading that it stands under; empty: not shown
   std::string_view help;
 };

@@ -244,13 +244,19 @@ class Runner {
 };
 
 // Null with a message when the output cannot be used.
-std::unique_ptr<EarlierOutput> Read(std::string_view option, const std::string& file) {
+std::unique_ptr<EarlierOutput> Read(const std::string& option, const std::string& file) {
+  const auto refuse = [&](const std::string& why) {
+    Complain(option + ": " + file + ": " + why);
+    return nullptr;
+  };
+  // Others may have no end, or wait for a writer when they are opened.
+  const platform::Status status = platform::StatusOf({nullptr, file}, true);
+  if (status.error != 0) return refuse(platform::ErrorText(status.error));
+  if (status.kind != platform::Kind::FILE) return refuse("must be a regular file");
   auto output = std::make_unique<EarlierOutput>(file);
-  if (output->error() == 0 && output->isOutput()) return output;
-  Complain(
-      std::string(option) + ": " + file + ": " +
-      (output->error() == 0 ? "is no output of --jsonl" : platform::ErrorText(output->error())));
-  return nullptr;
+  if (output->error() != 0) return refuse(platform::ErrorText(output->error()));
+  if (!output->IsOutput()) return refuse("is no output of --jsonl");
+  return output;
 }
 
 }  // namespace
@@ -260,10 +266,18 @@ int Run(const Options& options) {
   std::unique_ptr<EarlierOutput> compare;
   if (options.since && !(since = Read("--since", *options.since))) return ExitStatus::USAGE;
   if (options.compare && !(compare = Read("--compare", *options.compare))) return ExitStatus::USAGE;
-  if (since != nullptr && !since->header().starts_with(HeaderObject(options)) &&
-      !since->header().empty()) {
+  const auto isAskedAlike = [&options](const EarlierOutput& output) {
+    return output.asked().value_or(AskedBy(options)) == AskedBy(options);
+  };
+  if (since != nullptr &&
+      (!isAskedAlike(*since) ||
+       (!since->header().empty() && !since->header().starts_with(HeaderObject(options))))) {
     Complain("--since: " + *options.since + " was made in another way; everything is examined");
     since.reset();
+  }
+  if (compare != nullptr && !isAskedAlike(*compare)) {
+    Complain("--compare: " + *options.compare +
+             " was made with other --candidates or --requested; answers differ for that too");
   }
   return Runner(options, since.get(), compare.get()).Run();
 }

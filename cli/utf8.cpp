@@ -1,6 +1,7 @@
 #include "cli/utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace typescout::cli {
@@ -20,7 +21,7 @@ void AppendWide(char32_t value, std::wstring* wide) {
 }
 
 // Half a surrogate pair, as AppendUtf8() encodes it.
-Character DecodeHalf(std::string_view bytes) {
+utf8::Character DecodeHalf(std::string_view bytes) {
   const auto at = [bytes](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
   const bool isHalf =
       bytes.size() >= 3 && at(0) == 0xED && (at(1) & 0xE0) == 0xA0 && (at(2) & 0xC0) == 0x80;
@@ -30,27 +31,9 @@ Character DecodeHalf(std::string_view bytes) {
 
 }  // namespace
 
-Character Decode(std::string_view bytes) {
-  const auto at = [bytes](std::size_t i) {
-    return i < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : std::uint8_t{0};
-  };
-  const std::uint8_t lead = at(0);
-  if (lead < 0x80) return {lead, 1};
-  if (lead < 0xC2 || lead > 0xF4) return {};
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  char32_t value = lead & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0) != 0x80) return {};
-    value = value << 6 | (at(i) & 0x3Fu);
-  }
-  const bool isShortest = length == 2 || value >= (length == 3 ? 0x800u : 0x10000u);
-  const bool isScalar = value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF);
-  return {value, isShortest && isScalar ? length : 0};
-}
-
 bool IsValidUtf8(std::string_view bytes) {
   while (!bytes.empty()) {
-    const Character c = Decode(bytes);
+    const utf8::Character c = utf8::Decode(bytes);
     if (c.length == 0) return false;
     bytes.remove_prefix(c.length);
   }
@@ -58,21 +41,8 @@ bool IsValidUtf8(std::string_view bytes) {
 }
 
 void AppendUtf8(char32_t value, std::string* bytes) {
-  const auto put = [bytes](char32_t byte) { *bytes += static_cast<char>(byte); };
-  const auto tail = [&put, value](int shift) { put(0x80 | (value >> shift & 0x3F)); };
-  if (value < 0x80) return put(value);
-  if (value < 0x800) {
-    put(0xC0 | value >> 6);
-  } else {
-    if (value < 0x10000) {
-      put(0xE0 | value >> 12);
-    } else {
-      put(0xF0 | value >> 18);
-      tail(12);
-    }
-    tail(6);
-  }
-  tail(0);
+  std::array<char, 4> encoded;
+  bytes->append(encoded.data(), utf8::Encode(value, encoded.data()));
 }
 
 std::wstring ToWide(std::string_view bytes) {
@@ -80,7 +50,7 @@ std::wstring ToWide(std::string_view bytes) {
   std::wstring wide;
   wide.reserve(bytes.size());
   while (!bytes.empty()) {
-    Character c = Decode(bytes);
+    utf8::Character c = utf8::Decode(bytes);
     if (sizeof(wchar_t) == 2 && c.length == 0) c = DecodeHalf(bytes);
     AppendWide(c.length == 0 ? RAW_BYTE + static_cast<std::uint8_t>(bytes.front()) : c.value,
                &wide);

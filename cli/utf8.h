@@ -3,19 +3,12 @@
 #ifndef TYPESCOUT_CLI_UTF8_H
 #define TYPESCOUT_CLI_UTF8_H
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "host/portable/utf8.h"
+
 namespace typescout::cli {
-
-struct Character {
-  char32_t value = 0;
-  std::size_t length = 0;  // in bytes; 0 when the bytes do not begin with valid UTF-8
-};
-
-// The first character of `bytes`, which are not empty.
-Character Decode(std::string_view bytes);
 
 bool IsValidUtf8(std::string_view bytes);
 

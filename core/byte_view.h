@@ -86,19 +86,21 @@ class ByteView {
   // The first position where `length` (at least 1) bytes inside the view are `first` and then bytes
   // for which `test(i, byte)` holds, i being 1, 2 and so on; NOT_FOUND when there is none.
   //
-  // The bound: each byte is tested at most 2 * `length` times and passed to memchr once. After a
-  // false start the next 64 positions are tested together, without a branch on a byte's value, so
-  // that the compiler can test many at once.
+  // The bound: each byte is tested at most 2 * `length` times and passed to memchr twice. When a
+  // false start has another start near, the next 64 positions are tested together, without a branch
+  // on a byte's value, so that the compiler can test many at once.
   template <typename Test>
   Position FindSequence(std::uint8_t first, Position length, Test test) const {
     const Position starts = size_ - length + 1;
-    for (Position at = Find(first); at != NOT_FOUND && at < starts; at = Find(first, at)) {
+    for (Position at = Find(first); at != NOT_FOUND && at < starts;) {
       if (MatchesSequence(at, length, test)) return at;
-      ++at;
-      if (starts - at < BLOCK) continue;
-      const Position hit = FindInBlock(at, first, length, test);
-      if (hit < BLOCK) return at + hit;
-      at += BLOCK;
+      const Position behind = at + 1;
+      at = Find(first, behind);
+      const bool isFar = at == NOT_FOUND || at - behind >= BLOCK;
+      if (isFar || starts - behind < BLOCK) continue;
+      const Position hit = FindInBlock(behind, first, length, test);
+      if (hit < BLOCK) return behind + hit;
+      at = Find(first, behind + BLOCK);
     }
     return NOT_FOUND;
   }

@@ -73,12 +73,13 @@ IStorage* ProbedFile::Document(const wchar_t* path, WhenLocked whenLocked) {
   if (!hasTriedDocument_) {
     hasTriedDocument_ = true;
     if (MayBeDocument(path)) {
-      tried_ = StgOpenStorage(path, nullptr, KEEP_WRITERS_OUT, nullptr, 0, document_.Receive());
+      openResult_ =
+          StgOpenStorage(path, nullptr, KEEP_WRITERS_OUT, nullptr, 0, document_.Receive());
     }
   }
-  const bool isLocked = tried_ == STG_E_ACCESSDENIED || tried_ == STG_E_LOCKVIOLATION;
+  const bool isLocked = openResult_ == STG_E_ACCESSDENIED || openResult_ == STG_E_LOCKVIOLATION;
   if (isLocked && whenLocked == WhenLocked::SHARE) {
-    tried_ = StgOpenStorage(path, nullptr, LET_WRITERS_IN, nullptr, 0, document_.Receive());
+    openResult_ = StgOpenStorage(path, nullptr, LET_WRITERS_IN, nullptr, 0, document_.Receive());
   }
   return document_.get();
 }

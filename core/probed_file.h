@@ -32,8 +32,8 @@ class ProbedFile {
 
   // Where the head lies; null before one of the two above has succeeded.
   const unsigned char* HeadBytes() const { return head_.get(); }
-  // In bytes. Nothing may be read at or beyond it but through a ByteView: that memory may not exist
-  // and is not cleared.
+  // In bytes. Read the head through a ByteView: the memory at and beyond this length is not
+  // cleared and may not exist.
   std::int32_t HeadLength() const { return headLength_; }
 
   // Whether the head came from the file. The next three are for such a head only.
@@ -63,7 +63,7 @@ class ProbedFile {
   std::uint64_t length_ = 0;
 
   bool hasTriedDocument_ = false;
-  HRESULT tried_ = S_FALSE;  // what opening the document without sharing answered
+  HRESULT openResult_ = S_FALSE;  // what opening the document without sharing answered
   InterfaceOwner<IStorage> document_;
 };
 

@@ -14,12 +14,13 @@
 
 #include "core/file_context.h"
 #include "core/registry.h"
+#include "core/suite_modules.h"
 #include "fuzz/choices.h"
 #include "host/compound/reader.h"
 #include "host/memory/failing_allocation.h"
 #include "host/memory/memory_host.h"
 #include "host/path.h"
-#include "tests/support/memory_source.h"
+#include "tests/support/documents.h"
 #include "tests/support/module_set.h"
 #include "typescout/typescout.h"
 
@@ -74,9 +75,11 @@ void LayOutModules(Choices* choices) {
   constexpr std::size_t MODULE_CHOICES = 20;
   firstModuleChoices = choices->Part(MODULE_CHOICES);
   if (choices->Next() % 2 == 0) return;
-  TheMachine().modules[L"DCRaw"]["CheckForRaw"] = reinterpret_cast<void*>(CheckForRaw);
-  const auto path = SystemIO::Path::Combine(TheMachine().filtersDir.c_str(), L"TvnPDFImport");
-  TheMachine().modules[std::wstring(path.View())]["GetAINativeData"] =
+  TheMachine().modules[typescout::CAMERA_RAW_MODULE.name][typescout::CAMERA_RAW_MODULE.function] =
+      reinterpret_cast<void*>(CheckForRaw);
+  const auto path =
+      SystemIO::Path::Combine(TheMachine().filtersDir.c_str(), typescout::PDF_MODULE.name);
+  TheMachine().modules[std::wstring(path.View())][typescout::PDF_MODULE.function] =
       reinterpret_cast<void*>(GetAINativeData);
 }
 

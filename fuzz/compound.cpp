@@ -9,7 +9,7 @@
 #include "host/compound/check.h"
 #include "host/compound/reader.h"
 #include "host/owners.h"
-#include "tests/support/memory_source.h"
+#include "tests/support/documents.h"
 
 namespace {
 

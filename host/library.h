@@ -23,7 +23,8 @@ class TvnLibrary {
   ~TvnLibrary();
 
   // Whether the module is loaded now. False when it is missing, refused or damaged, or when memory
-  // runs out. Throws only what the module's own initialisation throws.
+  // runs out. What the module's own initialisation throws
+  // ends the process where the loader lets nothing through, as glibc's does.
   bool Load();
   bool IsLoaded() const;
   // The address of an exported function, or null when the module lacks it or is not loaded.

@@ -33,7 +33,7 @@ SUITES = {
     "host/portable/*": (HOST, []),
     "host/compound/*": (HOST, []),
     "host/posix/*": (HOST, []),
-    "catalogue/*": (["catalogue_tests", "cli_.*"], PROGRAM),
+    "catalogue/*": (["catalogue_tests", "filters_document", "cli_.*"], PROGRAM),
     "cli/*": (["cli_.*"], PROGRAM),
 }
 DEFAULT_FILES = ["core/*.cpp", "core/*.h", "detectors/*/*.cpp", "detectors/*/*.h"]
@@ -168,7 +168,7 @@ class Suite:
     def __init__(self, path, preset):
         tests, others = next(suite for pattern, suite in SUITES.items()
                              if fnmatch.fnmatch(path, pattern))
-        targets = ["typescout_" + test for test in tests if not test.startswith("cli")] + others
+        targets = ["typescout_" + test for test in tests if not test.startswith(("cli", "filters"))] + others
         folder = f"build/{preset}"
         self.build_command = ["cmake", "--build", folder, "--target", *targets]
         self.test_command = ["ctest", "--test-dir", folder, "--stop-on-failure", "--timeout", "100", "-j2",

@@ -20,14 +20,20 @@ constexpr std::string_view HEADER_KEY = "{\"typescout\":";
 // No record is longer.
 constexpr std::size_t LONGEST_LINE = 1 << 20;
 
-// Whether an output may begin like this: with a header, a record or, by --json, an array. A run
+// What is around the records by --json.
+constexpr std::string_view BRACKETS = "[]\r\n";
+
+// Whether an output may begin like this: with a header or a record, by --json in an array. A run
 // that was interrupted may have written only a part of it.
 bool IsBeginning(std::string_view text) {
+  if (text.starts_with('[')) {
+    text.remove_prefix(std::min(text.find_first_not_of(BRACKETS), text.size()));
+  }
   const auto fits = [text](std::string_view key) {
     const std::size_t length = std::min(key.size(), text.size());
     return key.substr(0, length) == text.substr(0, length);
   };
-  return fits(PATH_KEY) || fits(HEADER_KEY) || fits("[");
+  return fits(PATH_KEY) || fits(HEADER_KEY);
 }
 
 std::uint64_t Hash(std::string_view text) { return std::hash<std::string_view>()(text); }
@@ -58,6 +64,12 @@ std::optional<std::pair<Record, std::string>> Parse(const std::string& line) {
   if (const auto size = json.find("size"); size != json.end() && size->is_number_unsigned()) {
     record.size = size->get<std::uint64_t>();
   }
+  record.asked.requested = TextOf(json, "requested");
+  if (const auto words = json.find("candidates"); words != json.end() && words->is_array()) {
+    for (const Json& word : *words) {
+      if (word.is_string()) record.asked.candidates.push_back(word.get<std::string>());
+    }
+  }
   record.filter = FilterOf(json, "id");
   record.best = FilterOf(json, "best_id");
   if ((record.state == State::RECOGNISED) != (record.filter != nullptr && record.best != nullptr)) {
@@ -82,6 +94,7 @@ EarlierOutput::EarlierOutput(const std::string& file) {
   if (error_ != 0) return;
   std::string buffer;
   std::uint64_t offset = 0;  // of the buffer in the file
+  bool hasStranger = false;
   for (bool isAtEnd = false; !isAtEnd && isOutput_ && error_ == 0;) {
     const std::size_t before = buffer.size();
     buffer.resize(before + LONGEST_LINE);
@@ -92,13 +105,16 @@ EarlierOutput::EarlierOutput(const std::string& file) {
     if (offset == 0 && before == 0) isOutput_ = IsBeginning(buffer);
     std::size_t at = 0;
     for (std::size_t end; (end = buffer.find('\n', at)) != std::string::npos; at = end + 1) {
-      Index(std::string_view(buffer).substr(at, end - at), offset + at);
+      const std::string_view line = std::string_view(buffer).substr(at, end - at);
+      Index(line, offset + at);
+      hasStranger |= !asked_ && header_.empty() && line.find_first_not_of(BRACKETS) != line.npos;
     }
     if (buffer.size() - at > LONGEST_LINE) isOutput_ = false;
     buffer.erase(0, at);
     offset += at;
   }
   Index(buffer, offset);
+  if (!asked_ && header_.empty() && hasStranger) isOutput_ = false;
   places_.shrink_to_fit();
   std::sort(places_.begin(), places_.end(), [](const Place& a, const Place& b) {
     return std::tuple(a.hash, a.offset) < std::tuple(b.hash, b.offset);
@@ -114,6 +130,9 @@ void EarlierOutput::Index(std::string_view line, std::uint64_t offset) {
   if (line.ends_with(',')) line.remove_suffix(1);
   if (line.starts_with(HEADER_KEY)) header_ = line.substr(HEADER_KEY.size());
   if (!line.starts_with(PATH_KEY) || !line.ends_with('}')) return;
+  if (!asked_) {
+    if (const auto parsed = Parse(std::string(line))) asked_ = parsed->first.asked;
+  }
   const std::string_view rest = line.substr(PATH_KEY.size());
   std::size_t end = rest.find_first_of("\"\\", 1);
   while (end != std::string_view::npos && rest[end] == '\\')

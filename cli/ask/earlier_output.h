@@ -28,8 +28,12 @@ class EarlierOutput {
   // Why the file could not be read; 0 when it could.
   int error() const { return error_; }
 
-  // False for a file that begins like no output, or has a line that is longer than a record can be.
-  bool isOutput() const { return isOutput_; }
+  // Whether the file has a record or a header, or is what a run without inputs or one that was
+  // interrupted early has written.
+  bool IsOutput() const { return isOutput_; }
+
+  // How its first record was asked; nothing when it has none.
+  const std::optional<Asked>& asked() const { return asked_; }
 
   // What the output was made with (--header), as an object in one line; empty when it does not say.
   const std::string& header() const { return header_; }
@@ -59,6 +63,7 @@ class EarlierOutput {
   std::intptr_t handle_ = -1;
   int error_ = 0;
   bool isOutput_ = true;
+  std::optional<Asked> asked_;
   std::string header_;
   std::vector<Place> places_;  // sorted by hash, then by offset
   std::mutex mutex_;           // for isMet

@@ -24,8 +24,8 @@ void Fail(State state, std::string reason, Record* record) {
 }
 
 // Standard input, as much of it as can make a difference. Its size is in `*size` when that is all.
-// Returns the error, 0 for none.
-int CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t>* size) {
+// Returns what went wrong; empty when nothing did.
+std::string CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t>* size) {
   std::string piece(HEAD_SIZE, '\0');
   std::string head;
   std::uint64_t total = 0;
@@ -42,7 +42,11 @@ int CopyStandardInput(platform::TemporaryFile* copy, std::optional<std::uint64_t
     if (head.size() < HEAD_SIZE) head.append(piece, 0, count);
     total += count;
   }
-  return error != 0 ? error : copy->Finish();
+  if (error != 0) return platform::ErrorText(error);
+  if (const int failure = copy->Finish(); failure != 0) {
+    return "Temporary folder " + platform::TemporaryFolder() + ": " + platform::ErrorText(failure);
+  }
+  return {};
 }
 
 // The rows that the options name; none for all.
@@ -58,10 +62,17 @@ std::vector<int> RowsFor(const Options& options) {
 
 }  // namespace
 
+Asked AskedBy(const Options& options) {
+  Asked asked = {.candidates = options.candidates, .requested = ""};
+  if (options.requested) asked.requested = catalogue::FormatId(FilterNamed(*options.requested));
+  return asked;
+}
+
 Examiner::Examiner(const Options& options, const EarlierOutput* earlier, bool needsStatus)
     : options_(options),
       earlier_(earlier),
       needsStatus_(needsStatus),
+      asked_(AskedBy(options)),
       question_(RowsFor(options), options.requested ? FilterNamed(*options.requested) : 0) {}
 
 std::vector<const Filter*> Examiner::AllAnswers(const wchar_t* path, const Filter& first) const {
@@ -105,15 +116,15 @@ void Examiner::ExamineFile(const Place& place, Record* record) const {
 
 void Examiner::ExamineContent(Record* record) const {
   platform::TemporaryFile copy(catalogue::ExtensionOf(record->path));
-  const int error = CopyStandardInput(&copy, &record->size);
-  if (error != 0) return Fail(State::UNREADABLE, platform::ErrorText(error), record);
+  std::string wrong = CopyStandardInput(&copy, &record->size);
+  if (!wrong.empty()) return Fail(State::UNREADABLE, std::move(wrong), record);
   ExamineFile({nullptr, copy.path()}, record);
 }
 
 bool Examiner::CopyFromEarlier(Record* record) const {
   if (earlier_ == nullptr || !record->size) return false;
   std::optional<Record> old = earlier_->Find(record->path, FormatTime(*record->modified));
-  if (!old || old->size != record->size) return false;
+  if (!old || old->size != record->size || old->asked != record->asked) return false;
   if (options_.all && old->filter != nullptr && old->all.empty()) return false;
   if (!options_.all) old->all.clear();
   old->modified = record->modified;
@@ -125,6 +136,7 @@ Record Examiner::Examine(const Input& input) const {
   Record record;
   record.path = input.path;
   record.kind = input.kind;
+  record.asked = asked_;
   if (!input.error.empty()) {
     Fail(State::UNREADABLE, input.error, &record);
     return record;

@@ -12,6 +12,8 @@
 
 namespace typescout::cli {
 
+Asked AskedBy(const Options& options);
+
 // Examines one file after another: which rows are asked, in what order, and what is reported.
 class Examiner {
  public:
@@ -31,6 +33,7 @@ class Examiner {
   const Options& options_;
   const EarlierOutput* earlier_;
   bool needsStatus_;
+  Asked asked_;
   catalogue::Question question_;
 };
 

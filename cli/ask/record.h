@@ -27,6 +27,14 @@ enum class State {
 // What became of an input since an earlier run (--compare).
 enum class Change { NOT_ASKED, NONE, CHANGED, APPEARED, WENT };
 
+// What the library was asked where that was not every filter, as --header has it.
+struct Asked {
+  std::vector<std::string> candidates;
+  std::string requested;  // an identifier
+
+  bool operator==(const Asked&) const = default;
+};
+
 struct Record {
   std::string path;
   State state = State::UNKNOWN;
@@ -40,6 +48,7 @@ struct Record {
   const Filter* best = nullptr;
   // Every filter that accepts the file, in registry order; only when all were asked for.
   std::vector<const Filter*> all;
+  Asked asked;
   // The extension that `best` would have, where the name has another one that does not fit.
   std::string_view expected;
   Change change = Change::NOT_ASKED;

@@ -23,8 +23,9 @@ struct Field {
   enum class Use {
     ALWAYS,
     JSON_AND_CSV,
-    TEMPLATE,  // --format alone
-    COMPARE,   // with --compare
+    TEMPLATE,    // --format alone
+    COMPARE,     // with --compare
+    RESTRICTED,  // with --candidates or --requested
   };
 
   std::string_view name;

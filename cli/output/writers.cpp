@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/ask/filters.h"
+#include "cli/ask/examiner.h"
 #include "cli/escape.h"
 #include "cli/output/fields.h"
 #include "cli/output/template.h"
@@ -24,9 +24,7 @@ class TextWriter : public Writer {
     if (options_.shape == Shape::TEMPLATE) {
       line = FillTemplate(*options_.format, record, isTerminal_);
     } else {
-      if (!options_.brief || options_.shape == Shape::NAMES) {
-        line = isTerminal_ ? EscapeControls(record.path) : record.path;
-      }
+      if (!options_.brief || options_.shape == Shape::NAMES) line = InLine(record.path);
       if (options_.shape != Shape::NAMES) {
         if (!options_.brief) line += ": ";
         AppendWhat(record, &line);
@@ -39,6 +37,11 @@ class TextWriter : public Writer {
   bool NeedsStatus() const override { return options_.shape == Shape::TEMPLATE; }
 
  private:
+  // So that an input has one line, whatever its name.
+  std::string InLine(const std::string& text) const {
+    return isTerminal_ || !options_.print0 ? EscapeControls(text) : text;
+  }
+
   void AppendWhat(const Record& record, std::string* line) const {
     switch (options_.shape) {
       case Shape::MIME_TYPE:
@@ -53,7 +56,7 @@ class TextWriter : public Writer {
     if (record.change == Change::WENT) {
       *line += "went";
     } else if (IsUnreadable(record)) {
-      line->append(Colored(Label(record, nullptr))).append(": ").append(record.reason);
+      line->append(Colored(Label(record, nullptr))).append(": ").append(InLine(record.reason));
     } else {
       AppendAnswers(record, line);
       if (record.best != record.filter) {
@@ -106,7 +109,11 @@ std::vector<Field<Record>> FieldsFor(const Options& options) {
   std::vector<Field<Record>> fields;
   for (const Field<Record>& field : RecordFields()) {
     using enum Field<Record>::Use;
-    if (field.use != TEMPLATE && (field.use != COMPARE || options.compare)) fields.push_back(field);
+    if (field.use == TEMPLATE || (field.use == COMPARE && !options.compare) ||
+        (field.use == RESTRICTED && AskedBy(options) == Asked())) {
+      continue;
+    }
+    fields.push_back(field);
   }
   return fields;
 }
@@ -233,16 +240,15 @@ std::string HeaderObject(const Options& options) {
   };
   std::string head = "{\"version\":" + quoted(TYPESCOUT_VERSION_STRING) +
                      ",\"filters\":" + std::to_string(GetNumTypeScoutProcs());
-  if (!options.candidates.empty()) {
+  const Asked asked = AskedBy(options);
+  if (!asked.candidates.empty()) {
     std::string list;
-    for (const std::string& word : options.candidates) {
+    for (const std::string& word : asked.candidates) {
       list += (list.empty() ? "" : ",") + quoted(word);
     }
     head += ",\"candidates\":[" + list + "]";
   }
-  if (options.requested) {
-    head += ",\"requested\":" + quoted(FormatId(FilterNamed(*options.requested)));
-  }
+  if (!asked.requested.empty()) head += ",\"requested\":" + quoted(asked.requested);
   if (options.all) head += ",\"all\":true";
   return head + "}";
 }

@@ -29,7 +29,8 @@ class Writer {
   virtual bool NeedsStatus() const { return true; }
 };
 
-// `isTerminal`: control bytes are escaped in what people read. `isColored`: they may be coloured.
+// `isTerminal`: control characters are escaped even in what is for scripts. `isColored`: text for
+// people may be coloured.
 std::unique_ptr<Writer> MakeWriter(const Options& options, bool isTerminal, bool isColored);
 
 // What an output was made with, as --header has it: an object in one line.

@@ -135,7 +135,10 @@ class PathForLibrary {
   bool isElsewhere_ = false;   // the thread's current folder is not the program's
 };
 
-// A file that is gone when the object is, in the system's folder for such files.
+// The system's folder for temporary files.
+std::string TemporaryFolder();
+
+// A file in it that is gone when the object is.
 class TemporaryFile {
  public:
   // `extension` without the dot; empty for a name without one.

@@ -4,10 +4,13 @@
 
 namespace typescout::cli::platform {
 
-// From now on the first interrupt only sets a flag; the second one ends the program at once. An
-// interrupt that the program was started to ignore stays ignored.
+// From now on the first interrupt only sets a flag; one that comes half a second later or more ends
+// the program at once. Programs such as timeout send the same signal twice in a row. An interrupt
+// that the program was started to ignore stays ignored.
 void CatchInterrupts();
 bool IsInterrupted();
+
+constexpr int INTERRUPT_PAUSE = 500;  // in milliseconds
 
 // While one exists, threads are started that no interrupt is delivered to.
 class WithoutInterrupts {

@@ -50,14 +50,15 @@ int CountSeparators(ByteView head, Position command, Position limit) {
 // than 64 KiB (a caller may pass such a head).
 //
 // When the text has a closing byte behind its first opening byte, every command counts as a sign.
-// The first command then also moves the position by the distance between these two bytes, possibly
-// back towards the start; the second ends the loop.
+// Only this first closing byte is used. A command then also moves the position by the distance
+// between these two bytes, modulo 65,536; the second command ends the loop.
 std::int32_t DetectGuillemetCommands(const ProbeContext* probe) {
   const ByteView head = Head(probe);
+  const Position opening = head.Find(OPENING);
+  if (opening == ByteView::NOT_FOUND) return 0;  // as most files
   const Position zero = head.Find(0);
   const ByteView text = zero == ByteView::NOT_FOUND ? head : head.First(zero);
-  const Position opening = text.Find(OPENING);
-  if (text.size() < 3 || opening == ByteView::NOT_FOUND) return 0;
+  if (text.size() < 3 || opening >= text.size()) return 0;
   const Position closing = text.Find(CLOSING, opening);
 
   const auto limit = static_cast<std::uint16_t>(head.size() - 2);

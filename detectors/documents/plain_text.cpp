@@ -9,27 +9,27 @@
 namespace typescout {
 namespace {
 
-// The last three are what the filters 0x0902, 0x0903 and 0x0901 are for.
+// OTHER is text with long lines, or with a byte above the highest letter.
 enum class TextClass { NOT_TEXT, SEVEN_BIT, EIGHT_BIT, OTHER };
 
 // Bytes that text does not hold: control characters other than tab, line feed, form feed and
 // carriage return. Without a branch, so that the compiler can look at many bytes at once.
-bool IsForeign(std::uint8_t byte) {
-  return (byte < ' ') & (byte != '\t') & (byte != '\n') & (byte != '\f') & (byte != '\r');
+bool IsControl(std::uint8_t byte) {
+  return (byte < ' ') & ((byte < '\t') | (byte > '\r') | (byte == '\v'));
 }
 
-// The highest byte of the text; nothing when it holds a foreign one.
+// The highest byte of the text; nothing when it holds a control character.
 std::optional<std::uint8_t> HighestByte(std::string_view text) {
   constexpr std::size_t BLOCK = 512;  // checked as a whole, so that other content is refused early
   std::uint8_t highest = 0;
   for (; !text.empty(); text.remove_prefix(std::min(BLOCK, text.size()))) {
-    std::uint8_t foreign = 0;
+    std::uint8_t controls = 0;
     for (const char c : text.substr(0, BLOCK)) {
       const auto byte = static_cast<std::uint8_t>(c);
-      foreign |= static_cast<std::uint8_t>(IsForeign(byte));
+      controls |= static_cast<std::uint8_t>(IsControl(byte));
       highest = std::max(highest, byte);
     }
-    if (foreign != 0) return std::nullopt;
+    if (controls != 0) return std::nullopt;
   }
   return highest;
 }

@@ -25,7 +25,7 @@ bool Contains(std::string_view line, std::string_view text) {
 // most 8.0. It counts as the double next to it.
 bool HasVersionAtMost8(std::string_view text) {
   constexpr std::string_view DIGITS = "0123456789";
-  // 2 to the power of -50: up to here the double next to 8 and the fraction is 8.0.
+  // 2 to the power of -50 in decimal: 8 and this fraction still round to the double 8.0.
   constexpr std::string_view ROUNDED_OFF = "00000000000000088817841970012523233890533447265625";
   const std::size_t point = text.find('.');
   if (point == std::string_view::npos) return false;

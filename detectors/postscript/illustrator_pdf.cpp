@@ -2,6 +2,7 @@
 // 7.5.2); the suite's PDF import module examines the rest.
 #include <optional>
 
+#include "core/suite_modules.h"
 #include "detectors/ask_module.h"
 #include "detectors/postscript/ai_native_data.h"
 #include "detectors/postscript/illustrator.h"
@@ -42,7 +43,7 @@ struct Question {
 
   const wchar_t* path;
   TvnPlatform::TvnStringT<wchar_t> modulePath =
-      SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), L"TvnPDFImport");
+      SystemIO::Path::Combine(TvnConfig::INIGetFiltersDir(), PDF_MODULE.name);
   TvnUtils::TvnLibrary library{modulePath};
   GetAINativeDataFunction getAINativeData = nullptr;
   std::optional<AINativeDataQuery> query = {};
@@ -58,7 +59,7 @@ std::optional<std::uint32_t> AskImportModule(const ProbeContext* probe) {
   library.Load();
   if (library.IsLoaded()) {
     question.getAINativeData =
-        reinterpret_cast<GetAINativeDataFunction>(library.GetSymbol("GetAINativeData"));
+        reinterpret_cast<GetAINativeDataFunction>(library.GetSymbol(PDF_MODULE.function));
     if (question.getAINativeData != nullptr) AskModule(&question, probe);
   }
   library.Unload();

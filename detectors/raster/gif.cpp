@@ -45,9 +45,9 @@ class FileBytes {
     windowStart_ = to;
     windowEnd_ = END;  // unless there is more, zeros from here on
     const auto start = static_cast<std::uint64_t>(to);
-    if (start >= file_.Length()) return;
-    file_.SeekTo(start);                          // a failed seek is noticed by the read
-    const std::uint64_t length = file_.Length();  // 0 when the file did not open
+    if (start >= file_.Length()) return;          // as far as it is known without opening the file
+    file_.SeekTo(start);                          // opens it; a failed seek is noticed by the read
+    const std::uint64_t length = file_.Length();  // of the open file; 0 when it did not open
     if (start >= length) return;
     const std::uint64_t count = std::min(WINDOW_SIZE, length - start);
     if (buffer_ == nullptr) {

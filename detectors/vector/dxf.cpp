@@ -1,5 +1,7 @@
 // Drawing exchange file, binary or text. Autodesk, DXF Reference, "About ASCII DXF files" and
 // "About binary DXF files".
+#include <algorithm>
+
 #include "detectors/vector/vector.h"
 
 namespace typescout {
@@ -10,9 +12,10 @@ namespace {
 bool TakeLine(std::string_view head, std::size_t at, std::string_view* line) {
   constexpr std::size_t MAX_LINE = 133;
   const std::string_view from = head.substr(at, MAX_LINE + 1);
-  const std::size_t end = from.find_first_of("\r\n");
-  if (end == std::string_view::npos) return false;
-  *line = from.substr(0, end);
+  const auto end =
+      std::find_if(from.begin(), from.end(), [](char c) { return c == '\r' || c == '\n'; });
+  if (end == from.end()) return false;
+  *line = {from.begin(), end};
   return true;
 }
 

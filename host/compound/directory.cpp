@@ -68,7 +68,7 @@ Links Directory::ReadLinks(std::size_t most, std::uint32_t (*value)(const Entry&
   Links links;
   std::size_t got = piece.size();
   while (got == piece.size() && links.size() < most &&
-         sectors_->JumpsLeft() >= sectors_->MostJumps() / 2) {
+         sectors_->JumpsLeft() >= sectors_->MostJumps() / 4) {
     got = chain_.ReadAt(links.size() * Entry::SIZE, piece.data(), piece.size());
     for (std::size_t at = 0; at + Entry::SIZE <= got; at += Entry::SIZE) {
       Entry entry;

@@ -86,8 +86,8 @@ class Links {
 // Everything here may throw std::bad_alloc and nothing else.
 class Directory {
  public:
-  // Of a larger directory only this many entries are searched. Reading also stops when half of the
-  // document's jumps are used, so that the rest is left for the streams.
+  // Of a larger directory only this many entries are searched. Reading also stops when a
+  // quarter of the document's jumps are left, which are for the streams.
   static constexpr std::size_t MOST_ENTRIES = std::size_t{1} << 15;
 
   // `sectors` must outlive the directory.

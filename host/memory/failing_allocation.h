@@ -6,11 +6,11 @@
 
 namespace memory_host {
 
-// Counts the allocations while it lives; the `nth` (from 1; 0: none) fails, once. One at a time, on
-// one thread.
+// Counts the allocations while it lives; the `nth` (from 1; 0: none) fails, alone or with all later
+// ones. One at a time, on one thread.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(int nth);
+  explicit FailingAllocation(int nth, bool onwards = false);
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
   ~FailingAllocation();
@@ -19,6 +19,8 @@ class FailingAllocation {
   bool HasFailed() const;
   // How many there have been, a failed one included.
   int Count() const;
+  // How many blocks more are allocated now than at the beginning.
+  int Kept() const;
 };
 
 // While one lives, allocations are not counted: the in-memory machine's own are not the library's.

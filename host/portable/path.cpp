@@ -1,5 +1,6 @@
 #include "host/path.h"
 
+#include <algorithm>
 #include <string>
 
 namespace SystemIO::Path {
@@ -12,11 +13,11 @@ constexpr wchar_t SEPARATOR = L'\\';
 #else
 constexpr wchar_t SEPARATOR = L'/';
 #endif
-constexpr std::wstring_view SEPARATORS = L"/\\";
+
+bool IsSeparator(wchar_t c) { return c == L'/' || c == L'\\'; }
 
 std::wstring_view LastComponent(std::wstring_view path) {
-  const std::size_t separator = path.find_last_of(SEPARATORS);
-  return separator == std::wstring_view::npos ? path : path.substr(separator + 1);
+  return {std::find_if(path.rbegin(), path.rend(), IsSeparator).base(), path.end()};
 }
 
 std::wstring_view Extension(std::wstring_view path) {
@@ -44,7 +45,7 @@ TvnStringT<wchar_t> Combine(const wchar_t* directory, const wchar_t* file) {
   if (folder.empty()) return {};
   try {
     std::wstring joined(folder);
-    if (SEPARATORS.find(joined.back()) == std::wstring_view::npos) joined += SEPARATOR;
+    if (!IsSeparator(joined.back())) joined += SEPARATOR;
     joined += file;
     return TvnStringT<wchar_t>(std::wstring_view(joined));
   } catch (const std::bad_alloc&) {

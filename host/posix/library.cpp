@@ -6,11 +6,15 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <climits>
 #include <cstring>
+#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "host/posix/module_folder.h"
 #include "host/posix/trusted_module.h"
@@ -18,38 +22,45 @@
 
 namespace {
 
-// Only one thread at a time uses the loader here, and fork() waits for it. Otherwise the new
-// process could inherit the loader in the middle of its work, and each further use would fail or
-// block. Recursive, since a module's initialisation may call fork() or this library.
-class LoaderLock {
+// Stands for one use of the loader. fork() waits until no use is under way, and none begins
+// meanwhile. Otherwise the new process could inherit the loader in the middle of its work, and each
+// further use would fail or block.
+//
+// Uses do not wait for each other, and fork() waits for them a second at most: a library that is
+// being initialised may call fork(), by a thread that holds the loader's own lock.
+class LoaderUse {
  public:
-  LoaderLock() { Lock(); }
-  LoaderLock(const LoaderLock&) = delete;
-  LoaderLock& operator=(const LoaderLock&) = delete;
-  ~LoaderLock() { Unlock(); }
-
-  // Makes fork() wait for the lock. When memory runs out, fork() does not wait.
-  static int Register() {
-    Renew();
-    return pthread_atfork(Lock, Unlock, Renew);
+  LoaderUse() {
+    const std::lock_guard<std::mutex> lock(mutex);
+    ++uses;
   }
+  LoaderUse(const LoaderUse&) = delete;
+  LoaderUse& operator=(const LoaderUse&) = delete;
+  ~LoaderUse() { --uses; }
+
+  // Makes fork() wait. When memory runs out, fork() does not wait.
+  static int Register() { return pthread_atfork(BeforeFork, AfterFork, InChild); }
 
  private:
-  static void Lock() { pthread_mutex_lock(&mutex); }
-  static void Unlock() { pthread_mutex_unlock(&mutex); }
-  // In the new process the thread has another number, so it cannot unlock the mutex.
-  static void Renew() {
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    pthread_mutex_init(&mutex, &attributes);
-    pthread_mutexattr_destroy(&attributes);
+  static void BeforeFork() {
+    using Clock = std::chrono::steady_clock;
+    mutex.lock();
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(1);
+    while (uses > 0 && Clock::now() < end)
+      std::this_thread::sleep_for(std::chrono::microseconds(100));
+  }
+  static void AfterFork() { mutex.unlock(); }
+  // The other threads do not exist in the new process.
+  static void InChild() {
+    uses = 0;
+    mutex.unlock();
   }
 
-  static inline pthread_mutex_t mutex;
+  static inline std::mutex mutex;  // held while a use begins and while a process is forked
+  static inline std::atomic<int> uses;
 };
 
-[[maybe_unused]] const int REGISTERED = LoaderLock::Register();
+[[maybe_unused]] const int REGISTERED = LoaderUse::Register();
 
 // The place of a module in the file system, on the stack: usually no module is there, and a scan
 // should not take memory to find that out.
@@ -111,7 +122,7 @@ TvnUtils::TvnLibrary::TvnLibrary(const TvnPlatform::TvnStringT<wchar_t>& name)
 
 TvnUtils::TvnLibrary::~TvnLibrary() {
   if (!IsLoaded()) return;
-  const LoaderLock lock;
+  const LoaderUse use;
   if (Pin(loaded_)) Unload();  // else the reference keeps it in memory
 }
 
@@ -119,11 +130,9 @@ bool TvnUtils::TvnLibrary::Load() {
   if (IsLoaded()) return true;
   constexpr int FLAGS = RTLD_NOW | RTLD_LOCAL;
   const ModulePath path(name_);
-  // Usually there is no such module. Then nothing may be asked of the loader: its lock would hold
-  // up other threads, and a process that fork() made while another thread held it would wait for
-  // ever.
+  // Usually there is no such module, and the loader takes much longer to find that out.
   if (!IsRegularFile(path.get())) return false;
-  const LoaderLock lock;
+  const LoaderUse use;
   if (IsHeld(path.get())) loaded_ = dlopen(path.get(), FLAGS | RTLD_NOLOAD);
   if (IsLoaded()) return true;
   try {
@@ -140,13 +149,13 @@ bool TvnUtils::TvnLibrary::IsLoaded() const { return loaded_ != nullptr; }
 
 void* TvnUtils::TvnLibrary::GetSymbol(const char* name) const {
   if (!IsLoaded()) return nullptr;
-  const LoaderLock lock;
+  const LoaderUse use;
   return dlsym(loaded_, name);
 }
 
 bool TvnUtils::TvnLibrary::Unload() {
   if (!IsLoaded()) return false;
-  const LoaderLock lock;
+  const LoaderUse use;
   dlclose(loaded_);
   loaded_ = nullptr;
   return true;

@@ -39,9 +39,8 @@ bool RegularFile::Open(const wchar_t* path) {
     return false;
   }
   // Reading leaves the time of access as it is where that is allowed: to the file's owner and to
-  // root. In a container root may own less than it seems.
-  // The user is the one whom the program was started for: no call of the system, and if it is
-  // another one by now, opening fails or the time changes.
+  // root. AT_EUID saves a call of geteuid(). After seteuid(), or in a container, it may be another
+  // user: then open() fails with EPERM and is tried again, or the time of access changes.
   const auto user = static_cast<uid_t>(getauxval(AT_EUID));
   int keepTime = user == status.st_uid || user == 0 ? O_NOATIME : 0;
   descriptor_ = OpenForReading(bytes.get(), O_NONBLOCK | keepTime);

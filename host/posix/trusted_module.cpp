@@ -19,11 +19,6 @@ bool IsOurs(const struct stat& status, Allow allow) {
   return allow == Allow::STICKY && (status.st_mode & S_ISVTX) != 0;
 }
 
-bool IsOurModule(const char* path) {
-  struct stat status;
-  return stat(path, &status) == 0 && S_ISREG(status.st_mode) && IsOurs(status, Allow::NOBODY_ELSE);
-}
-
 // The folder of the file at `path` and all folders above it.
 bool AreOurFolders(std::string path) {
   Allow allow = Allow::NOBODY_ELSE;
@@ -38,13 +33,25 @@ bool AreOurFolders(std::string path) {
 
 }  // namespace
 
-std::string TrustedModule(const char* path) {
-  if (*path != '/') return {};
+std::string TrustedModule(const char* path, const char** why) {
+  const auto refuse = [why](const char* reason) {
+    if (why != nullptr) *why = reason;
+    return std::string();
+  };
+  if (*path != '/') return refuse("its path is not absolute");
   char resolved[PATH_MAX];
-  if (realpath(path, resolved) == nullptr) return {};
+  struct stat status;
+  if (realpath(path, resolved) == nullptr || stat(resolved, &status) != 0) {
+    return refuse("it cannot be found");
+  }
   std::string module(resolved);
-  if (module.find('$') != std::string::npos) return {};
-  if (!IsOurModule(module.c_str()) || !AreOurFolders(module)) return {};
+  if (module.find('$') != std::string::npos) {
+    return refuse("there is a '$' in its path, which the loader might expand");
+  }
+  if (!S_ISREG(status.st_mode)) return refuse("it is not a regular file");
+  if (!IsOurs(status, Allow::NOBODY_ELSE) || !AreOurFolders(module)) {
+    return refuse("other users may write to the file or to a folder above it");
+  }
   return module;
 }
 

@@ -7,7 +7,8 @@
 namespace posix_host {
 
 // The path without symbolic links of the module at `path`, to be given to the loader; empty when
-// there is no such module or it must not be loaded. Refused are
+// there is no such module or it must not be loaded, and then `why`, when it is not null, gets the
+// reason, in English. Refused are
 //
 // - a relative path, whose meaning depends on the current folder,
 // - a '$' in the path, which the loader might expand ($ORIGIN, $LIB, $PLATFORM),
@@ -17,8 +18,8 @@ namespace posix_host {
 //   the module's own may be writable by all users when its sticky bit is set, as /tmp is: there
 //   only the owner of a folder can replace it.
 //
-// Costs one stat(), and no memory, when there is no such file. May throw std::bad_alloc.
-std::string TrustedModule(const char* path);
+// May throw std::bad_alloc.
+std::string TrustedModule(const char* path, const char** why = nullptr);
 
 }  // namespace posix_host
 

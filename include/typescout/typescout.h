@@ -16,8 +16,8 @@
 // Paths are NUL-terminated wide strings: UTF-16 on Windows; elsewhere UTF-32, which is turned into
 // UTF-8 for the system, where U+DC80 to U+DCFF stand for the single bytes 0x80 to 0xFF, so that a
 // name that is not valid UTF-8 can be given too. At most TYPESCOUT_PATH_LIMIT characters are
-// accepted; a longer path opens nothing. Only regular files are opened, and opening never waits.
-// No file is ever written to.
+// accepted; a longer path opens nothing. Only regular files are opened, which waits for nothing but
+// another process's lease on the file. No file is ever written to.
 //
 // Modules. Two rows ask another module of the suite when it is installed: 0x0337 (camera raw) the
 // module DCRaw beside this library, 0x0535 (PDF) the module TvnPDFImport in the folder `filters`

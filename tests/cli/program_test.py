@@ -300,12 +300,13 @@ class Tree(InTemporaryFolder):
         self.assertEqual({label: row["count"] for label, row in types.items()}, by_state)
 
     def test_a_run_goes_on_from_an_earlier_one(self):
-        full = run("-r", "--jsonl", "--header", "tree").stdout
         changed = "tree/d0/pipe"
-        for old in full, full[:len(full) // 2]:
-            write("old.jsonl", old)
-            again = run("-r", "--jsonl", "--header", "--since", "old.jsonl", "tree").stdout
-            self.assertEqual(again, full)
+        for options in ["-c", "raster"], ["--header"]:
+            full = run("-r", "--jsonl", *options, "tree").stdout
+            for old in full, full[:len(full) // 2]:
+                write("old.jsonl", old)
+                again = run("-r", "--jsonl", *options, "--since", "old.jsonl", "tree").stdout
+                self.assertEqual(again, full)
         write("old.jsonl", full)
         self.assertEqual(run("-rq", "--compare", "old.jsonl", "tree").stdout, b"")
         os.unlink(changed)
@@ -407,7 +408,8 @@ class Held(InTemporaryFolder):
     def interrupt(self, process, after=0.5, by=signal.SIGINT):
         time.sleep(after)
         self.assertIsNone(process.poll())
-        process.send_signal(by)
+        for _ in range(2):  # as timeout does, which tells the process and its group
+            process.send_signal(by)
         self.assertEqual(process.wait(timeout=10), -by)
         self.assertEqual(process.stderr.read(), b"")
 
@@ -459,4 +461,4 @@ class Held(InTemporaryFolder):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1] + sys.argv[5:])
+    unittest.main(argv=sys.argv[:1] + sys.argv[5:], failfast="GTEST_FAIL_FAST" in os.environ)

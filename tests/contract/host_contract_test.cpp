@@ -17,7 +17,7 @@
 #ifdef HOST_IN_MEMORY
 #include "host/memory/memory_host.h"
 #else
-#include "tests/support/compound_writer.h"
+#include "tests/support/documents.h"
 #include "tests/support/temp_folder.h"
 #endif
 

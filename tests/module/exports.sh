@@ -29,8 +29,7 @@ fi
 imported=$(nm -D --undefined-only "$1" | awk '{print $2}' | sed 's/@.*//' |
   grep -vE '^(_|(mem|wmem|str|wcs)[a-z]+$|bcmp$)' | sort)
 allowed=(
-  close dl_iterate_phdr dlclose dlinfo dlopen dlsym fstat getauxval getcwd geteuid open pread
-  pthread_mutex_init pthread_mutex_lock pthread_mutex_unlock pthread_mutexattr_destroy
-  pthread_mutexattr_init pthread_mutexattr_settype readlink realpath secure_getenv stat
+  close dl_iterate_phdr dlclose dlinfo dlopen dlsym fstat getauxval getcwd geteuid nanosleep open
+  pread pthread_mutex_lock pthread_mutex_unlock readlink realpath secure_getenv stat
 )
 diff <(printf '%s\n' "${allowed[@]}") <(echo "$imported")

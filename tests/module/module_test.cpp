@@ -10,7 +10,7 @@
 #include "core/registry.h"
 #include "host/owners.h"
 #include "tests/samples/sample.h"
-#include "tests/support/compound_writer.h"
+#include "tests/support/documents.h"
 #include "tests/support/temp_folder.h"
 #include "typescout/typescout.h"
 

@@ -8,11 +8,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string>
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include "host/library.h"
 #include "host/posix/wide_path.h"
@@ -152,6 +156,40 @@ TEST_F(Modules, AreNotChosenByTheUserOfASetuidProgram) {
             1);
 }
 
+// A library's initialisation asks and forks, while the loader's lock is held and other threads wait
+// for it.
+TEST_F(Modules, AreAskedByALibraryThatIsBeingInitialised) {
+  static thread_local decltype(this) asking = nullptr;
+  static thread_local int answer = -1;
+  constexpr auto WHEN_INITIALISED = [] {
+    const auto modules = std::exchange(asking, nullptr);
+    if (modules == nullptr) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // the others get to the loader
+    const pid_t child = fork();
+    if (child == 0) _exit(0);
+    waitpid(child, nullptr, 0);
+    answer = modules->Ask("a0", ILLUSTRATOR_PDF);
+  };
+  PutModule("filters/TvnPDFImport.so");
+  PutModule("library.so");
+  setenv("TVN_FILTERS_DIR", Path("filters").c_str(), 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(+WHEN_INITIALISED);
+  setenv("TEST_MODULE_CALLS", std::to_string(address).c_str(), 1);
+  std::atomic<bool> isOver = false;
+  std::jthread other([&] {
+    while (!isOver) Ask("a0", ILLUSTRATOR_PDF);
+  });
+  alarm(60);  // instead of waiting for ever
+  asking = this;
+  void* const library = dlopen(Path("library.so").c_str(), RTLD_NOW);
+  EXPECT_EQ(answer, 0);
+  dlclose(library);
+  alarm(0);
+  isOver = true;
+  other.join();
+  unsetenv("TEST_MODULE_CALLS");
+}
+
 // The exception's class, and so the function that destroys it, is in the module.
 TEST_F(Modules, StayInMemoryWhenTheyThrow) {
   Put(TYPESCOUT_FILE, "app/libtypescout.so");
@@ -164,44 +202,37 @@ TEST_F(Modules, StayInMemoryWhenTheyThrow) {
 
 TEST_F(Modules, AreRefusedWhereOthersMayChangeThem) {
   const uid_t user = geteuid();
-  const bool isRoot = user == 0;
-  const auto mode = [](mode_t bits) {
-    return [bits](const std::string& path) { chmod(path.c_str(), bits); };
-  };
-  const auto giveAway = [](const std::string& path) {
-    EXPECT_EQ(chown(path.c_str(), OTHER_USER, static_cast<gid_t>(-1)), 0);
-  };
   constexpr int LOADED = 0;
   constexpr int REFUSED = 1;
   const struct {
     const char* what;
     const char* which;  // of above/filters/TvnPDFImport.so
-    std::function<void(const std::string& path)> change;
+    mode_t mode;
     int answer;
-    bool asRoot = false;
-    uid_t user = geteuid();  // who asks
+    uid_t owner = geteuid(), asker = geteuid();
   } CASES[] = {
-      {"nothing", "above", mode(0700), LOADED},
-      {"file that a group may write", "above/filters/TvnPDFImport.so", mode(0775), REFUSED},
-      {"file that all may write", "above/filters/TvnPDFImport.so", mode(0757), REFUSED},
-      {"folder that a group may write", "above/filters", mode(0770), REFUSED},
-      {"folder that all may write", "above/filters", mode(0777), REFUSED},
-      {"folder that all may write, sticky", "above/filters", mode(01777), REFUSED},
-      {"folder above that all may write", "above", mode(0777), REFUSED},
-      {"folder above that all may write, sticky", "above", mode(01777), LOADED},
-      {"file of another user", "above/filters/TvnPDFImport.so", giveAway, REFUSED, true},
-      {"folder of another user", "above/filters", giveAway, REFUSED, true},
-      {"folder above of another user", "above", giveAway, REFUSED, true},
-      {"folder of the effective user's", "above/filters", giveAway, LOADED, true, OTHER_USER},
-      {"folder of root's", "above/filters", mode(0755), LOADED, true, OTHER_USER},
+      {"nothing", "above", 0700, LOADED},
+      {"file that a group may write", "above/filters/TvnPDFImport.so", 0775, REFUSED},
+      {"file that all may write", "above/filters/TvnPDFImport.so", 0757, REFUSED},
+      {"folder that a group may write", "above/filters", 0770, REFUSED},
+      {"folder that all may write", "above/filters", 0777, REFUSED},
+      {"folder that all may write, sticky", "above/filters", 01777, REFUSED},
+      {"folder above that all may write", "above", 0777, REFUSED},
+      {"folder above that all may write, sticky", "above", 01777, LOADED},
+      {"file of another user", "above/filters/TvnPDFImport.so", 0755, REFUSED, OTHER_USER},
+      {"folder of another user", "above/filters", 0755, REFUSED, OTHER_USER},
+      {"folder above of another user", "above", 0755, REFUSED, OTHER_USER},
+      {"folder of the effective user's", "above/filters", 0755, LOADED, OTHER_USER, OTHER_USER},
+      {"folder of root's", "above/filters", 0755, LOADED, user, OTHER_USER},
   };
   chmod(folder_.path().c_str(), 0755);
   fs::create_symlink("above/filters", Path("link"));
   for (const auto& c : CASES) {
-    if (c.asRoot && !isRoot) continue;
+    if (user != 0 && (c.owner != user || c.asker != user)) continue;
     PutModule("above/filters/TvnPDFImport.so");
-    c.change(Path(c.which));
-    ASSERT_EQ(seteuid(c.user), 0);
+    ASSERT_EQ(chown(Path(c.which).c_str(), c.owner, static_cast<gid_t>(-1)), 0);
+    chmod(Path(c.which).c_str(), c.mode);
+    ASSERT_EQ(seteuid(c.asker), 0);
     EXPECT_EQ(AskPdfRow(Path("missing")), 1) << "the file itself must be readable";
     const int answer = AskPdfRow(Path("above/filters"));
     const int answerByLink = AskPdfRow(Path("link"));

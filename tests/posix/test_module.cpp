@@ -1,6 +1,7 @@
 // A loadable module for tests, with the functions of the suite's decoder and PDF module. The last
 // character of the path says what to answer.
 #include <cstdint>
+#include <cstdlib>
 #include <cwchar>
 #include <exception>
 
@@ -16,6 +17,12 @@ wchar_t Last(const wchar_t* text) {
 struct OwnError final : std::exception {
   const char* what() const noexcept override { return "an error of the module's own class"; }
 };
+
+// Calls what a test wants to happen while the loader is at work. Its address is in the environment.
+[[gnu::constructor]] void Initialise() {
+  const char* address = std::getenv("TEST_MODULE_CALLS");
+  if (address != nullptr) reinterpret_cast<void (*)()>(std::strtoull(address, nullptr, 10))();
+}
 
 }  // namespace
 

@@ -3,22 +3,12 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
-#include <malloc.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define MALLOC_IS_TAKEN
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define MALLOC_IS_TAKEN
-#endif
-#endif
 
 namespace typescout::tests {
 namespace {
@@ -44,23 +34,20 @@ int Stat(SystemCall call, int folder, const char* path, struct stat* status, int
 
 }  // namespace
 
-WatchedCalls::WatchedCalls(const Fault& fault) : fault_(fault) { watched = this; }
+WatchedCalls::WatchedCalls(const Fault& fault)
+    : fault_(fault),
+      allocations_(fault.call == SystemCall::ALLOCATE ? fault.nth : 0, fault.onwards),
+      allocatedBefore_(memory_host::AllocatedBytes()) {
+  watched = this;
+}
 WatchedCalls::~WatchedCalls() { watched = nullptr; }
 
 bool WatchedCalls::Meets(SystemCall call) {
   const int count = ++counts_[static_cast<std::size_t>(call)];
   if (fault_.nth == 0 || call != fault_.call) return false;
   if (count != fault_.nth && !(fault_.onwards && count > fault_.nth)) return false;
-  hasFailed = true;
+  hasFailed_ = true;
   return true;
-}
-
-bool WatchedCalls::SeeMemory() {
-#ifdef MALLOC_IS_TAKEN
-  return false;
-#else
-  return true;
-#endif
 }
 
 }  // namespace typescout::tests
@@ -131,60 +118,5 @@ WATCHED ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
   if (watched != nullptr && got > 0) watched->bytesRead += static_cast<std::uint64_t>(got);
   return got;
 }
-
-#ifndef MALLOC_IS_TAKEN
-
-void* __libc_malloc(size_t size);
-void* __libc_calloc(size_t count, size_t size);
-void* __libc_realloc(void* block, size_t size);
-void* __libc_memalign(size_t alignment, size_t size);
-void __libc_free(void* block);
-
-}  // extern "C"
-
-namespace {
-
-void Count(std::ptrdiff_t bytes) {
-  if (watched == nullptr) return;
-  watched->memory += bytes;
-  watched->peakMemory = std::max(watched->peakMemory, watched->memory);
-}
-
-std::ptrdiff_t SizeOf(void* block) {
-  return static_cast<std::ptrdiff_t>(malloc_usable_size(block));
-}
-
-template <typename Function, typename... Arguments>
-void* Allocate(Function function, Arguments... arguments) {
-  if (watched != nullptr && watched->Meets(SystemCall::ALLOCATE)) {
-    errno = ENOMEM;
-    return nullptr;
-  }
-  void* const block = function(arguments...);
-  Count(SizeOf(block));
-  return block;
-}
-
-}  // namespace
-
-extern "C" {
-
-WATCHED void* malloc(size_t size) { return Allocate(__libc_malloc, size); }
-WATCHED void* calloc(size_t count, size_t size) { return Allocate(__libc_calloc, count, size); }
-WATCHED void* aligned_alloc(size_t alignment, size_t size) {
-  return Allocate(__libc_memalign, alignment, size);
-}
-WATCHED void* realloc(void* block, size_t size) {
-  const std::ptrdiff_t before = SizeOf(block);
-  void* const moved = Allocate(__libc_realloc, block, size);
-  if (moved != nullptr || size == 0) Count(-before);
-  return moved;
-}
-WATCHED void free(void* block) {
-  Count(-SizeOf(block));
-  __libc_free(block);
-}
-
-#endif
 
 }  // extern "C"

@@ -1,12 +1,14 @@
 // The module's calls to the system, counted and made to fail. A program that links this has the
-// functions open, stat, fstat, pread, close, malloc and the like of its own, and the loader binds
-// the module to them.
+// functions open, stat, fstat, pread and close and the operator new of its own, and the loader
+// binds the module to them.
 #ifndef TYPESCOUT_TESTS_POSIX_WATCHED_CALLS_H
 #define TYPESCOUT_TESTS_POSIX_WATCHED_CALLS_H
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "host/memory/failing_allocation.h"
 
 namespace typescout::tests {
 
@@ -33,16 +35,14 @@ class WatchedCalls {
   WatchedCalls& operator=(const WatchedCalls&) = delete;
   ~WatchedCalls();
 
-  // Whether memory is watched: not under a sanitizer, which has a malloc() of its own.
-  static bool SeeMemory();
-
   // What has happened.
   int Count(SystemCall call) const { return counts_[static_cast<std::size_t>(call)]; }
-  bool hasFailed = false;
+  bool HasFailed() const { return hasFailed_ || allocations_.HasFailed(); }
+  std::size_t AllocatedBytes() const { return memory_host::AllocatedBytes() - allocatedBefore_; }
+  int KeptBlocks() const { return allocations_.Kept(); }
   std::uint64_t bytesRead = 0;
   int openFiles = 0;
   int carelessOpens = 0;  // not for reading alone, or left open in programs that are started
-  std::ptrdiff_t memory = 0, peakMemory = 0;  // in bytes
 
   // For the functions that are watched: counts the call, and tells whether it goes wrong.
   bool Meets(SystemCall call);
@@ -51,6 +51,9 @@ class WatchedCalls {
  private:
   const Fault fault_;
   std::array<int, SYSTEM_CALLS> counts_ = {};
+  bool hasFailed_ = false;
+  const memory_host::FailingAllocation allocations_;
+  const std::size_t allocatedBefore_;
 };
 
 }  // namespace typescout::tests

@@ -13,7 +13,7 @@ exec 9>"$build/list"
 ctest --preset windows --timeout 300
 
 configure dev
-cmake --build build/dev --target typescout_cli typescout_damaged
+cmake --build build/dev --target typescout_cli
 
 # The documents that the tests wrote, by the system's own functions and others, have the same answers
 # there and here, and so have the real files, when there are any.
@@ -27,10 +27,6 @@ for id in 0x0507 0x0545 0x0706 0x0801 0x0807 0x0814; do # each kind of document 
   grep -q " $id" "$build/answers.txt"
 done
 echo "$(wc -l <"$build/answers.txt") files answered alike"
-
-# What the system's reader makes of damaged documents, and what is made of them here.
-tests/windows/damage_table.py build/dev/tests/typescout_damaged "$build/damaged" \
-  docs/windows.md cmake/wine.sh "$PWD/$build/wine" "$build/typescout_damaged.exe"
 
 # The program opens a file to see what it is and whether it is empty; the module opens it once.
 mkdir -p "$build/opens"

@@ -1,4 +1,4 @@
-#include "tests/support/compound_writer.h"
+#include "tests/support/documents.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,6 @@
-#include "tests/support/damaged_documents.h"
+#include "tests/support/documents.h"
 
 #include <cstdint>
-
-#include "tests/support/compound_writer.h"
 
 namespace typescout::tests {
 namespace {

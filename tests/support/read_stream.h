@@ -23,11 +23,12 @@ inline std::string ReadStream(IStorage* storage, const wchar_t* name, std::size_
   }
   std::string content;
   std::string bytes(piece, '\0');
+  HRESULT result = S_OK;
   std::uint32_t read = 0;
   do {
-    EXPECT_GE(stream->Read(bytes.data(), static_cast<std::uint32_t>(piece), &read), 0);
+    result = stream->Read(bytes.data(), static_cast<std::uint32_t>(piece), &read);
     content.append(bytes, 0, read);
-  } while (read > 0 && content.size() < 200'000);
+  } while (result >= 0 && read > 0 && content.size() < 200'000);
   return content;
 }
 

@@ -10,7 +10,7 @@
 
 #include "fuzz/choices.h"
 #include "tests/samples/sample.h"
-#include "tests/support/compound_writer.h"
+#include "tests/support/documents.h"
 
 namespace {
 

@@ -11,9 +11,7 @@
 #include "host/compound/check.h"
 #include "host/memory/failing_allocation.h"
 #include "tests/samples/sample.h"
-#include "tests/support/compound_writer.h"
-#include "tests/support/damaged_documents.h"
-#include "tests/support/memory_source.h"
+#include "tests/support/documents.h"
 #include "tests/support/read_stream.h"
 
 namespace typescout::tests {

@@ -151,16 +151,7 @@ std::string GifOfSize(std::size_t size) {
 
 const std::string SECOND_PICTURE = PadTo(10, ",") + "\x08" + "\1x\0"s;
 
-class Gif : public OnTheMachine {
- protected:
-  // Asks about the caller's bytes: the file does not open when the call begins, and does later.
-  static FilterId AskBeforeItOpens(const wchar_t* path, FilterId filterId,
-                                   const std::string& bytes) {
-    TheMachine().faults = {
-        {.call = Call::OPEN_FILE, .nth = TheMachine().calls[Call::OPEN_FILE] + 1}};
-    return AskWithBytes(path, filterId, bytes);
-  }
-};
+class Gif : public ProbedFiles {};
 
 TEST_F(Gif, IsReadOnFromTheFirstNeededByte) {
   // The chain's last size byte, its terminator and the next introducer on both sides of the end.
@@ -186,29 +177,35 @@ TEST_F(Gif, IsReadOnceAndOnlyWhenNeeded) {
   EXPECT_EQ(TheMachine().calls[Call::READ_FILE], 4);
 }
 
+// Only from the first byte on that the walk needs: there the last size byte stands.
 TEST_F(Gif, GoesOnInTheFileBehindTheCallersBytes) {
+  constexpr std::size_t NEEDED = 280;
   const std::string bytes = GifOfSize(500) + SECOND_PICTURE;
-  EXPECT_EQ(AskBeforeItOpens(L"missing", 0x0616, bytes.substr(0, 8)), 0);
-  TheMachine().files[PATH] = bytes;
-  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 8)), 0x0616)
-      << "the screen's flags are in the file already";
-  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, bytes.substr(0, 7)), 0) << "too few to tell";
-}
-
-// What the file holds below the first byte that the walk needs does not matter.
-TEST_F(Gif, IsTheCallersBytesUpToTheFirstNeededByte) {
-  const std::string bytes = GifOfSize(500);
-  const std::size_t needed = 280;  // where the last size byte stands
-  ASSERT_EQ(bytes[needed], static_cast<char>(500 - needed - 2));
-  const std::string head = bytes.substr(0, 40);
-  TheMachine().files[PATH] = Fill(needed, ',') + bytes.substr(needed) + SECOND_PICTURE;
-  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0616, head), 0x0616);
-  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1);
-  // Without a path, or with a file that ends before it, zeros end the walk.
-  EXPECT_EQ(AskBeforeItOpens(nullptr, 0x0305, head), 0x0305);
-  TheMachine().files[PATH].resize(needed);
-  EXPECT_EQ(AskBeforeItOpens(PATH, 0x0305, head), 0x0305);
-  EXPECT_EQ(TheMachine().calls[Call::SEEK_FILE], 1) << "nothing to read";
+  const std::string before = Fill(NEEDED, ',');
+  const struct {
+    const wchar_t* path;
+    std::string content;
+    std::size_t head;  // how many of the bytes are given
+    bool isAnimated;
+    int seeks;
+  } CASES[] = {
+      {L"missing", bytes, 8, false, 0},
+      {PATH, bytes, 8, true, 1},   // the screen's flags are in the file already
+      {PATH, bytes, 7, false, 0},  // too few to tell
+      {PATH, before + bytes.substr(NEEDED), 40, true, 1},
+      {PATH, before, 40, false, 0},  // zeros end the walk
+      {nullptr, bytes, 40, false, 0},
+  };
+  for (const auto& c : CASES) {
+    memory_host::Reset();
+    TheMachine().files[PATH] = c.content;
+    // The file does not open when the call begins, and does later.
+    TheMachine().faults = {{.call = Call::OPEN_FILE}};
+    const std::string head = bytes.substr(0, c.head);
+    EXPECT_EQ(AskWithBytes(c.path, 0x0616, head) != 0, c.isAnimated) << c.head;
+    EXPECT_EQ(Calls(Call::SEEK_FILE), c.seeks) << c.head;
+  }
+  EXPECT_EQ(AskWithBytes(nullptr, 0x0305, bytes.substr(0, 40)), 0x0305);
 }
 
 TEST_F(Gif, MayBeLongerThan4GiB) {
@@ -259,13 +256,12 @@ TEST_F(Gif, ThatShrinksMeanwhileThrows) {
       TheMachine().lengths[PATH] = length;
       TheMachine().faults = faults;
       int id = filterId;
-      int thrown = -1;
       try {
         filterId == 0 ? TypeScoutFile(PATH) : CheckFiltersFromIDList(PATH, &id, 1, 0, nullptr, 0);
+        EXPECT_FALSE(throws);
       } catch (int value) {
-        thrown = value;
+        EXPECT_TRUE(throws && value == 0);
       }
-      EXPECT_EQ(thrown, throws ? 0 : -1);
       EXPECT_TRUE(filterId == 0 || id != filterId) << "the list was rewritten before";
       EXPECT_EQ(TheMachine().OpenObjects(), 0);
     }

@@ -82,31 +82,11 @@ TEST(WindowsModule, TakesPathsAsWindowsWritesThem) {
   fs::current_path(OUR_FOLDER);  // so that the other one can go
 }
 
-TEST(WindowsModule, Takes259Units) {
+TEST(WindowsFile, DoesNotOpenWhenAnotherProgramDeniesIt) {
   const TempFolder folder;
-  for (const std::size_t length : {259u, 260u}) {
-    // The name's last character takes two units, so that the limit is one of units.
-    std::wstring path = folder.path().wstring() + L'\\';
-    path += std::wstring(length - path.size() - 2, L'n') + L"\U0001F30A";
-    const fs::path unlimited = L"\\\\?\\" + path;
-    std::ofstream(unlimited, std::ios::binary) << PNG_BYTES;
-    ASSERT_EQ(fs::file_size(unlimited), PNG_BYTES.size());
-    EXPECT_EQ(TypeScoutFile(path.c_str()), length == 259 ? PNG : 0);
-  }
-}
-
-TEST(WindowsModule, LooksAtTheCallersBytesWhenTheFileIsDenied) {
-  const TempFolder folder;
-  const fs::path path = folder.Write("denied", "no picture");
-  const auto ask = [&path] {
-    int ids[] = {PNG};
-    std::string bytes = PNG_BYTES;
-    return CheckFiltersFromIDList(path.c_str(), ids, 1, static_cast<int>(bytes.size()),
-                                  reinterpret_cast<unsigned char*>(bytes.data()), 0);
-  };
-  EXPECT_EQ(ask(), 0);
+  const fs::path path = folder.Write("denied", "content");
   const Held held = HoldFile(path, READS, WRITES);
-  EXPECT_EQ(ask(), PNG);
+  EXPECT_FALSE(Opens(path));
 }
 
 bool Loads(const fs::path& name, const char* symbol = "Answer") {

@@ -16,17 +16,6 @@ Held HoldHandle(HANDLE handle) {
   return {handle == INVALID_HANDLE_VALUE ? nullptr : handle, [](void* held) { CloseHandle(held); }};
 }
 
-constexpr DWORD NEW_FOR_WRITING = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
-
-bool WriteStream(IStorage* storage, const std::wstring& name, const std::string& content) {
-  IStream* stream = nullptr;
-  if (storage->CreateStream(name.c_str(), NEW_FOR_WRITING, 0, 0, &stream) != S_OK) return false;
-  ULONG written = 0;
-  stream->Write(content.data(), static_cast<ULONG>(content.size()), &written);
-  stream->Release();
-  return written == content.size();
-}
-
 }  // namespace
 
 Held HoldFile(const std::filesystem::path& path, Access what, Access others) {
@@ -85,42 +74,31 @@ std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_
 }
 
 bool WriteDocument(const std::filesystem::path& path, const std::wstring& rootClass,
-                   const std::map<std::wstring, std::string>& streams) {
+                   const std::map<std::wstring, std::string>& streams, std::size_t piece) {
+  constexpr DWORD FOR_WRITING = STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
   IStorage* storage = nullptr;
-  if (StgCreateDocfile(path.c_str(), NEW_FOR_WRITING, 0, &storage) != S_OK) return false;
+  if (StgCreateDocfile(path.c_str(), STGM_CREATE | FOR_WRITING, 0, &storage) != S_OK) return false;
   CLSID id = {};
   bool isWritten = rootClass.empty() || (CLSIDFromString(rootClass.c_str(), &id) == S_OK &&
                                          WriteClassStg(storage, id) == S_OK);
-  for (const auto& [name, content] : streams) {
-    isWritten = WriteStream(storage, name, content) && isWritten;
-  }
-  storage->Release();
-  return isWritten;
-}
-
-bool GrowDocument(const std::filesystem::path& path,
-                  const std::map<std::wstring, std::string>& streams, std::size_t piece) {
-  IStorage* storage = nullptr;
-  if (StgCreateDocfile(path.c_str(), NEW_FOR_WRITING, 0, &storage) != S_OK) return false;
-  bool isWritten = true;
   bool isMore = true;
   for (std::size_t at = 0; isMore && isWritten; at += piece) {
     isMore = false;
     for (const auto& [name, content] : streams) {
       if (at >= content.size() && at > 0) continue;
       IStream* stream = nullptr;
-      const HRESULT opened =
-          at == 0 ? storage->CreateStream(name.c_str(), NEW_FOR_WRITING, 0, 0, &stream)
-                  : storage->OpenStream(name.c_str(), nullptr,
-                                        STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &stream);
-      if (opened != S_OK) return storage->Release(), false;
+      isWritten =
+          isWritten &&
+          (at == 0 ? storage->CreateStream(name.c_str(), FOR_WRITING, 0, 0, &stream)
+                   : storage->OpenStream(name.c_str(), nullptr, FOR_WRITING, 0, &stream)) == S_OK;
+      if (stream == nullptr) continue;
       const std::string next = content.substr(at, piece);
       ULONG written = 0;
       stream->Seek({}, STREAM_SEEK_END, nullptr);
       stream->Write(next.data(), static_cast<ULONG>(next.size()), &written);
       stream->Release();
       isWritten = isWritten && written == next.size();
-      isMore = isMore || at + piece < content.size();
+      isMore = isMore || content.size() - at > piece;
     }
   }
   storage->Release();

@@ -43,14 +43,11 @@ bool IsModuleLoaded(const std::filesystem::path& path);
 std::uint32_t OpenDocumentAnswer(const std::filesystem::path& path, std::uint32_t mode);
 
 // Writes a compound document by the system's own functions; `rootClass` is a class identifier with
-// braces, or empty. False when the system refuses.
+// braces, or empty. The streams are written in turn, a piece of `piece` bytes each, so that each of
+// them lies in as many places as it has pieces. False when the system refuses.
 bool WriteDocument(const std::filesystem::path& path, const std::wstring& rootClass,
-                   const std::map<std::wstring, std::string>& streams);
-
-// The same for a document that grows: the streams are written in turn, a piece of `piece` bytes
-// each, so that each of them lies in as many places as it has pieces.
-bool GrowDocument(const std::filesystem::path& path,
-                  const std::map<std::wstring, std::string>& streams, std::size_t piece);
+                   const std::map<std::wstring, std::string>& streams,
+                   std::size_t piece = std::string::npos);
 
 }  // namespace typescout::tests
 

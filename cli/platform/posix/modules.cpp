@@ -8,6 +8,8 @@
 
 #include "cli/platform/folders.h"
 #include "cli/platform/system.h"
+#include "cli/utf8.h"
+#include "core/suite_modules.h"
 #include "host/posix/module_folder.h"
 #include "host/posix/trusted_module.h"
 #include "typescout/typescout.h"
@@ -24,16 +26,17 @@ std::string ProcessorOf(const std::string& path) {
   return isRead && head.starts_with("\177ELF") ? head.substr(4, 2) + head.substr(18) : "";
 }
 
-Module Hold(const std::string& folder, const std::string& name, const char* function) {
+Module Hold(const std::string& folder, const SuiteModule& wanted) {
   Module module;
-  module.path = folder + name;
+  const char* why = nullptr;
+  module.path = folder + FromWide(wanted.name);
   if (folder.empty()) {
     module.error = "its folder is not an absolute path";
   } else if (access((module.path += ".so").c_str(), F_OK) != 0) {
     module.error = ErrorText(errno);
-  } else if (const std::string path = posix_host::TrustedModule(module.path.c_str());
+  } else if (const std::string path = posix_host::TrustedModule(module.path.c_str(), &why);
              path.empty()) {
-    module.error = "refused, since other users may write to the file or to a folder above it";
+    module.error = std::string("refused: ") + why;
   } else if (void* const loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); loaded == nullptr) {
     module.error = dlerror();
     // Of such a file the loader says that it does not exist.
@@ -41,8 +44,8 @@ Module Hold(const std::string& folder, const std::string& name, const char* func
     if (!processor.empty() && processor != ProcessorOf("/proc/self/exe")) {
       module.error += " (built for another processor)";
     }
-  } else if (dlsym(loaded, function) == nullptr) {
-    module.error = std::string("has no function ") + function;
+  } else if (dlsym(loaded, wanted.function) == nullptr) {
+    module.error = std::string("has no function ") + wanted.function;
   } else if (void* const version = dlsym(loaded, "TypeScoutModuleVersion"); version != nullptr) {
     module.version = reinterpret_cast<const char* (*)()>(version)();
   }
@@ -58,7 +61,7 @@ std::vector<Module> HoldModules() {
   if (const char* set = secure_getenv("TVN_FILTERS_DIR"); set != nullptr && *set != '\0') {
     filters = *set == '/' ? set + std::string("/") : "";
   }
-  return {Hold(folder, "DCRaw", "CheckForRaw"), Hold(filters, "TvnPDFImport", "GetAINativeData")};
+  return {Hold(folder, CAMERA_RAW_MODULE), Hold(filters, PDF_MODULE)};
 }
 
 }  // namespace typescout::cli::platform

@@ -5,6 +5,8 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
 
 #include "cli/platform/temporary_file.h"
 
@@ -15,7 +17,27 @@ constexpr std::array<int, 3> INTERRUPTS = {SIGINT, SIGTERM, SIGHUP};
 
 // The signal; 0 while there was none.
 std::atomic<int> interruptedBy = 0;
-static_assert(std::atomic<int>::is_always_lock_free);  // as a signal handler needs it
+std::atomic<std::int64_t> interruptedAt = 0;
+// As a signal handler needs it.
+static_assert(std::atomic<int>::is_always_lock_free &&
+              std::atomic<std::int64_t>::is_always_lock_free);
+
+std::int64_t Milliseconds() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1'000 + now.tv_nsec / 1'000'000;
+}
+
+void OnInterrupt(int signal) {
+  if (interruptedBy == 0) {
+    interruptedAt = Milliseconds();
+    interruptedBy = signal;
+  } else if (Milliseconds() - interruptedAt >= INTERRUPT_PAUSE) {
+    // Ends the program when this function returns.
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+  }
+}
 
 void ChangeMask(int how) {
   sigset_t set;
@@ -41,10 +63,12 @@ void CatchInterrupts() {
   for (const int signal : INTERRUPTS) {
     struct sigaction action = {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
-    action.sa_handler = [](int number) { interruptedBy = number; };
+    action.sa_handler = OnInterrupt;
     // Without SA_RESTART, so that a write that waits for its reader ends.
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    action.sa_flags = 0;
     sigemptyset(&action.sa_mask);
+    // One at a time.
+    for (const int other : INTERRUPTS) sigaddset(&action.sa_mask, other);
     sigaction(signal, &action, nullptr);
   }
 }

@@ -91,7 +91,9 @@ int WriteAll(Stream stream, std::string_view bytes) {
   pollfd waiting = {.fd = Descriptor(stream), .events = POLLOUT, .revents = 0};
   while (!bytes.empty()) {
     const bool isHasty = IsInterrupted();
-    if (isHasty && poll(&waiting, 1, PATIENCE) == 0) return EINTR;
+    const int ready = isHasty ? poll(&waiting, 1, PATIENCE) : 1;
+    if (ready == 0) return EINTR;
+    if (ready < 0 && errno == EINTR) continue;
     const std::size_t size = isHasty ? std::min<std::size_t>(bytes.size(), PIPE_BUF) : bytes.size();
     const ssize_t count = write(waiting.fd, bytes.data(), size);
     if (count >= 0) {

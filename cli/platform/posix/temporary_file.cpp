@@ -25,11 +25,15 @@ void RemoveTemporaryFile() {
   named.clear();
 }
 
-TemporaryFile::TemporaryFile(std::string_view extension) {
+std::string TemporaryFolder() {
   const std::string folder = Environment("TMPDIR");
+  return folder.empty() ? "/tmp" : folder;
+}
+
+TemporaryFile::TemporaryFile(std::string_view extension) {
   std::string ending;
   if (!extension.empty()) ending.append(".").append(extension);
-  path_ = JoinPath(folder.empty() ? "/tmp" : folder, "typescout-XXXXXX") + ending;
+  path_ = JoinPath(TemporaryFolder(), "typescout-XXXXXX") + ending;
   const std::lock_guard<std::mutex> lock(mutex);
   handle_ = mkostemps(path_.data(), static_cast<int>(ending.size()), O_CLOEXEC);
   if (handle_ < 0) {

@@ -5,6 +5,7 @@
 #include "cli/platform/folders.h"
 #include "cli/platform/system.h"
 #include "cli/utf8.h"
+#include "core/suite_modules.h"
 
 namespace typescout::cli::platform {
 namespace {
@@ -18,8 +19,9 @@ std::wstring LibraryFolder() {
   return path.substr(0, path.rfind(L'\\') + 1);
 }
 
-Module Hold(const std::string& folder, const char* name, const char* function) {
+Module Hold(const std::string& folder, const SuiteModule& wanted) {
   Module module;
+  const std::string name = FromWide(wanted.name);
   module.path = folder.empty() ? name : JoinPath(folder, name) + ".dll";
   DWORD before = 0;
   SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before);
@@ -30,8 +32,8 @@ Module Hold(const std::string& folder, const char* name, const char* function) {
   SetThreadErrorMode(before, nullptr);
   if (loaded == nullptr) {
     module.error = ErrorText(static_cast<int>(error));
-  } else if (GetProcAddress(loaded, function) == nullptr) {
-    module.error = std::string("has no function ") + function;
+  } else if (GetProcAddress(loaded, wanted.function) == nullptr) {
+    module.error = std::string("has no function ") + wanted.function;
   } else if (const FARPROC version = GetProcAddress(loaded, "TypeScoutModuleVersion")) {
     module.version = reinterpret_cast<const char* (*)()>(reinterpret_cast<void*>(version))();
   }
@@ -44,7 +46,7 @@ std::vector<Module> HoldModules() {
   const std::string folder = FromWide(LibraryFolder());
   const std::string set = Environment("TVN_FILTERS_DIR");
   const std::string filters = set.empty() && !folder.empty() ? JoinPath(folder, "filters") : set;
-  return {Hold(folder, "DCRaw", "CheckForRaw"), Hold(filters, "TvnPDFImport", "GetAINativeData")};
+  return {Hold(folder, CAMERA_RAW_MODULE), Hold(filters, PDF_MODULE)};
 }
 
 }  // namespace typescout::cli::platform

@@ -8,7 +8,8 @@
 namespace typescout::cli::platform {
 namespace {
 
-std::atomic<bool> isInterrupted = false;
+// When the first interrupt came, in milliseconds; 0 while there was none.
+std::atomic<std::uint64_t> interruptedAt = 0;
 HANDLE mainThread = nullptr;
 
 // Ends a write that nobody reads from for a second.
@@ -22,9 +23,14 @@ DWORD WINAPI WatchWrites(void*) {
 }
 
 BOOL WINAPI OnInterrupt(DWORD event) {
-  if (isInterrupted.exchange(true)) return FALSE;
-  const HANDLE watcher = CreateThread(nullptr, 0, WatchWrites, nullptr, 0, nullptr);
-  if (watcher != nullptr) ::CloseHandle(watcher);
+  const std::uint64_t now = GetTickCount64();
+  std::uint64_t first = 0;
+  if (interruptedAt.compare_exchange_strong(first, now)) {
+    const HANDLE watcher = CreateThread(nullptr, 0, WatchWrites, nullptr, 0, nullptr);
+    if (watcher != nullptr) ::CloseHandle(watcher);
+  } else if (now >= first + INTERRUPT_PAUSE) {
+    return FALSE;
+  }
   // When the console closes or the user logs off, the system ends the program once this returns.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return TRUE;
@@ -38,7 +44,7 @@ void CatchInterrupts() {
   SetConsoleCtrlHandler(OnInterrupt, TRUE);
 }
 
-bool IsInterrupted() { return isInterrupted; }
+bool IsInterrupted() { return interruptedAt != 0; }
 
 WithoutInterrupts::WithoutInterrupts() = default;
 WithoutInterrupts::~WithoutInterrupts() = default;

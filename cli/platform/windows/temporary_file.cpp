@@ -20,10 +20,14 @@ void RemoveTemporaryFile() {
   current.clear();
 }
 
-TemporaryFile::TemporaryFile(std::string_view extension) {
+std::string TemporaryFolder() {
   std::wstring folder(GetTempPathW(0, nullptr), L'\0');
   folder.resize(GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()));
-  path_ = JoinPath(FromWide(folder), "typescout-") + std::to_string(GetCurrentProcessId());
+  return FromWide(folder);
+}
+
+TemporaryFile::TemporaryFile(std::string_view extension) {
+  path_ = JoinPath(TemporaryFolder(), "typescout-") + std::to_string(GetCurrentProcessId());
   if (!extension.empty()) path_.append(".").append(extension);
   const std::lock_guard<std::mutex> lock(mutex);
   const HANDLE file = CreateFileW(SystemPath(path_).c_str(), GENERIC_WRITE, 0, nullptr,

@@ -1,2 +1,0 @@
-# Moved.
-. "$(dirname "${BASH_SOURCE[0]}")/../tools/need.sh"
