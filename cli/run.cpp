@@ -255,7 +255,7 @@ std::unique_ptr<EarlierOutput> Read(const std::string& option, const std::string
   if (status.kind != platform::Kind::FILE) return refuse("must be a regular file");
   auto output = std::make_unique<EarlierOutput>(file);
   if (output->error() != 0) return refuse(platform::ErrorText(output->error()));
-  if (!output->isOutput()) return refuse("is no output of --jsonl");
+  if (!output->IsOutput()) return refuse("is no output of --jsonl");
   return output;
 }
 

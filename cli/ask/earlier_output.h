@@ -30,7 +30,7 @@ class EarlierOutput {
 
   // Whether the file has a record or a header, or is what a run without inputs or one that was
   // interrupted early has written.
-  bool isOutput() const { return isOutput_; }
+  bool IsOutput() const { return isOutput_; }
 
   // How its first record was asked; nothing when it has none.
   const std::optional<Asked>& asked() const { return asked_; }

@@ -9,6 +9,6 @@ git ls-files -z '*.py' | xargs -0 flake8 --max-line-length 120
 tools/guarantees.py  # names tests that exist
 
 configure asan  # the compile commands of clang
-git ls-files -z 'core/*.cpp' 'detectors/*.cpp' 'host/*.cpp' 'modules/*.cpp' \
+git ls-files -z 'catalogue/*.cpp' 'core/*.cpp' 'detectors/*.cpp' 'host/*.cpp' 'modules/*.cpp' \
   'cli/*.cpp' ':!*windows*' |
   xargs -0 -P "$(nproc)" -n 4 clang-tidy -p build/asan --quiet 2>build/tidy.log
