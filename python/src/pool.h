@@ -2,16 +2,19 @@
 #ifndef TYPESCOUT_PYTHON_POOL_H
 #define TYPESCOUT_PYTHON_POOL_H
 
+#include <sys/types.h>
+
+#include <chrono>
+#include <deque>
 #include <memory>
-#include <vector>
 
 #include "python/src/ask.h"
 
 namespace typescout::python {
 
-// Paths go in by chunks, outcomes come out by chunks in the same order. One thread calls. Workers
-// touch nothing but the shared state, so that an object may go while a worker still waits for a
-// slow file: that worker ends by itself afterwards.
+// Paths go in, outcomes come out in the same order. One thread calls. Workers touch nothing but the
+// shared state, so that an object may go while a worker still waits for a slow file: that worker
+// ends by itself afterwards. In a child of fork(), an object may only be destroyed.
 class Pool {
  public:
   // Starts up to `threads` workers, at least one asked for. Fewer when the system gives no more;
@@ -21,15 +24,21 @@ class Pool {
   Pool& operator=(const Pool&) = delete;
   ~Pool();
 
-  void Push(std::vector<Path> chunk);
+  // `taken` is how long the path took to come. Where that is short, a worker that sleeps is woken
+  // only when several paths are there or Wait() is called. True when there are outcomes to take.
+  bool Push(Path path, std::chrono::steady_clock::duration taken);
 
-  // Waits for the next chunk's outcomes, at most that long. False when they are not there yet; the
-  // caller may ask again. Only while fewer chunks were taken than pushed.
-  bool Take(int milliseconds, std::vector<Outcome>* outcomes);
+  // Moves the outcomes at the front that are there to the end of `outcomes`. Does not wait.
+  void Take(std::deque<Outcome>* outcomes);
+
+  // Waits until the first outcome is there, at most that long. May wait another millisecond for
+  // more of them, since it costs less to take several at once.
+  void Wait(std::chrono::steady_clock::duration limit);
 
  private:
   struct Shared;
   std::shared_ptr<Shared> shared_;
+  pid_t process_;
 };
 
 }  // namespace typescout::python

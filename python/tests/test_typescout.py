@@ -21,6 +21,7 @@ import typescout
 
 GIF = b"GIF89a\1\0\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\0\0;"
 TIFF = b"II*\0\x08\0\0\0"
+FILTERS = {each.label: each for each in typescout.filters()}
 
 
 def shown(answer):
@@ -62,7 +63,8 @@ def test_answers_are_values():
 
 @pytest.mark.parametrize("among, label", [
     (None, "jpeg"), (["tiff"], "tiff"), ([0x0304, "jpeg"], "tiff"), ("raster", "jpeg"),
-    ("vector", None), (0x0304, "tiff"), (iter(["tiff"]), "tiff"),
+    ("vector", None), (0x0304, "tiff"), (iter(["tiff"]), "tiff"), (FILTERS["tiff"], "tiff"),
+    ([FILTERS["gif"], FILTERS["jpeg"]], "jpeg"),
 ])
 def test_among(among, label):
     answer = typescout.identify_bytes(TIFF, among=among)
@@ -71,7 +73,8 @@ def test_among(among, label):
 
 def test_requested():
     pdf = b"%PDF-1.4\n"
-    assert typescout.identify_bytes(pdf, requested="illustrator-pdf").label == "illustrator-pdf"
+    for requested in ("illustrator-pdf", FILTERS["illustrator-pdf"]):
+        assert typescout.identify_bytes(pdf, requested=requested).label == "illustrator-pdf"
 
 
 @pytest.mark.parametrize("wrong", [
@@ -110,14 +113,50 @@ def test_errors(tmp_path):
             typescout.identify(closed)
     with pytest.raises(FileNotFoundError):
         list(typescout.identify_many([tmp_path / "missing"]))
-    for wrong, kind in [("a\0b", ValueError), (3, TypeError), (None, TypeError)]:
+    for threads in (0, 257):
+        with pytest.raises(ValueError):
+            typescout.identify_many([], threads=threads)
+    assert typescout.identify_bytes(b"") is None
+
+
+@pytest.mark.parametrize("call, message", [
+    (lambda: typescout.identify(3), "path: a str, bytes or os.PathLike is needed, not int"),
+    (lambda: typescout.identify_bytes("a"),
+     "data: bytes or another object with a buffer is needed, not str"),
+    (lambda: typescout.reads_beyond_head(None),
+     "head: bytes or another object with a buffer is needed, not NoneType"),
+    (lambda: typescout.identify_bytes(b"", name=3), "name: a str, bytes or os.PathLike is needed, not int"),
+    (lambda: typescout.identify_bytes(b"", among=b"gif"),
+     "among: a label, an identifier or a Filter is needed, not bytes"),
+    (lambda: typescout.identify_bytes(b"", among=["gif", []]),
+     "among: a label, an identifier or a Filter is needed, not list"),
+    (lambda: typescout.identify_bytes(b"", requested=b"gif"),
+     "requested: a label, an identifier or a Filter is needed, not bytes"),
+    (lambda: typescout.accepts("a", 1.5), "filter: a label, an identifier or a Filter is needed, not float"),
+    (lambda: typescout.identify_many("a.gif"), "paths: an iterable of paths is needed, not str"),
+    (lambda: typescout.identify_many([], threads=2.5), "threads: an int is needed, not float"),
+])
+def test_wrong_types(call, message):
+    with pytest.raises(TypeError) as caught:
+        call()
+    assert str(caught.value) == message
+
+
+def test_wrong_paths_fail_at_their_place(tmp_path):
+    file = tmp_path / "a.gif"
+    file.write_bytes(GIF)
+    for wrong, kind in [(None, TypeError), ("a\0b", ValueError), ("\ud800", UnicodeEncodeError)]:
         with pytest.raises(kind):
             typescout.identify(wrong)
-    with pytest.raises(TypeError):
-        typescout.identify_bytes("text")
-    with pytest.raises(ValueError):
-        typescout.identify_many([], threads=0)
-    assert typescout.identify_bytes(b"") is None
+        records = list(typescout.identify_many([file, wrong, file], on_error="record"))
+        assert [path for path, _ in records] == [file, wrong, file]
+        (_, first), (_, error), (_, last) = records
+        assert first.label == last.label == "gif"
+        assert (error.errno, error.filename, type(error.__cause__)) == (errno.EINVAL, wrong, kind)
+        many = typescout.identify_many([file, wrong, file])
+        assert next(many)[1].label == "gif"
+        with pytest.raises(kind):
+            next(many)
 
 
 HOSTILE_NAMES = [
@@ -179,16 +218,35 @@ def test_many_is_lazy_and_in_order(tmp_path):
             taken += 1
             yield file
 
-    first = list(itertools.islice(typescout.identify_many(endless(), threads=2), 1000))
-    assert [path for path, _ in first] == list(itertools.islice(itertools.cycle(files), 1000))
-    assert taken < 2000
+    for threads in (2, 256):
+        taken = 0
+        first = list(itertools.islice(typescout.identify_many(endless(), threads=threads), 1000))
+        assert [path for path, _ in first] == list(itertools.islice(itertools.cycle(files), 1000))
+        assert taken <= 1000 + 512
 
     def failing():
-        yield files[0]
+        yield from files
         raise KeyError("listing")
 
+    answers = []
     with pytest.raises(KeyError):
-        list(typescout.identify_many(failing()))
+        answers.extend(typescout.identify_many(failing()))
+    assert [path for path, _ in answers] == files
+
+
+def test_many_does_not_hold_answers_back(tmp_path):
+    file = tmp_path / "a.gif"
+    file.write_bytes(GIF)
+    taken = 0
+
+    def slow():
+        nonlocal taken
+        for taken in range(1, 6):
+            time.sleep(0.2)
+            yield file
+
+    # The next path is asked for only after the answer was given.
+    assert [taken for _ in typescout.identify_many(slow(), threads=2)] == [1, 2, 3, 4, 5]
 
 
 def test_threads_ask_at_the_same_time(samples):
@@ -257,14 +315,20 @@ def test_fork(tmp_path):
     child.start()
     assert results.get(timeout=30) == ("0x0305", "0x0305")
     child.join()
-    pid = os.fork()
-    if pid == 0:
-        try:
-            list(itertools.islice(many, 1000))
-        except RuntimeError:
-            os._exit(0)
-        os._exit(1)
-    assert os.waitpid(pid, 0)[1] == 0
+    # Each child finds the workers at another place, and one that hangs is ended by the alarm.
+    for _ in range(60):
+        next(many)
+        pid = os.fork()
+        if pid == 0:
+            signal.alarm(20)
+            status = 1
+            try:
+                list(itertools.islice(many, 1000))
+            except RuntimeError:
+                status = 0
+            del many
+            os._exit(status)
+        assert os.waitpid(pid, 0)[1] == 0
 
 
 def test_filters_and_accepts(tmp_path):

@@ -16,11 +16,10 @@ from __future__ import annotations
 
 import dataclasses
 import functools
-import itertools
+import operator
 import os
-from collections import deque
 from collections.abc import Iterable, Iterator
-from typing import Literal, Union
+from typing import Literal, NoReturn, Union
 
 from . import _native
 
@@ -42,9 +41,9 @@ __version__: str = _native.VERSION
 #: The bytes at the start of a file that every filter may look at.
 HEAD_SIZE: int = _native.HEAD_SIZE
 
+_MOST_THREADS = 256
+
 PathLike = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
-# Labels, identifiers or families.
-Among = Union[Iterable[Union[int, str]], int, str, None]
 
 
 class FilterId(int):
@@ -83,6 +82,11 @@ class Filter:
 
     def __str__(self) -> str:
         return f"{self.id} {self.name}"
+
+
+# A label, an identifier or what ``filters()`` gives. Where several can be meant, families, too.
+FilterLike = Union[int, str, Filter]
+Among = Union[Iterable[FilterLike], FilterLike, None]
 
 
 @dataclasses.dataclass(frozen=True)
@@ -139,21 +143,40 @@ def _answer(places: tuple[int, int]) -> Answer:
     )
 
 
+def _reject(argument: str, accepted: str, given: object) -> NoReturn:
+    raise TypeError(f"{argument}: {accepted} is needed, not {type(given).__name__}")
+
+
+def _index(argument: str, accepted: str, given: object) -> int:
+    try:
+        return operator.index(given)  # type: ignore[arg-type]
+    except TypeError:
+        _reject(argument, accepted, given)
+
+
+def _key(argument: str, wanted: object) -> int | str:
+    """The label, identifier or family that is meant."""
+    if isinstance(wanted, Filter):
+        return wanted.id
+    if isinstance(wanted, str):
+        return wanted
+    return _index(argument, "a label, an identifier or a Filter", wanted)
+
+
 @functools.lru_cache(maxsize=None)
-def _find(wanted: int | str) -> Filter:
+def _find(key: int | str) -> Filter:
     """The first filter with this label or identifier."""
     for candidate in _FILTERS:
-        if wanted in (candidate.label, candidate.id):
+        if key in (candidate.label, candidate.id):
             return candidate
-    shown = wanted if isinstance(wanted, str) else FilterId(wanted)
-    raise ValueError(f"no such filter: {shown!r}")
+    raise ValueError(f"no such filter: {key if isinstance(key, str) else FilterId(key)!r}")
 
 
-def _rows_of(wanted: int | str) -> list[int]:
-    rows = [row for row in range(_ROW_COUNT) if _FILTERS[row].family == wanted]
+def _rows_of(key: int | str) -> list[int]:
+    rows = [row for row in range(_ROW_COUNT) if _FILTERS[row].family == key]
     if rows:
         return rows
-    row = _FILTERS.index(_find(wanted))
+    row = _FILTERS.index(_find(key))
     if row == _ROW_COUNT:
         raise ValueError(f"{_FILTERS[row]} is reported by a full scan only")
     return [row]
@@ -161,7 +184,7 @@ def _rows_of(wanted: int | str) -> list[int]:
 
 @functools.lru_cache(maxsize=256)
 def _question(among: tuple[int | str, ...] | None, requested: int | str | None) -> _native.Question:
-    rows = [] if among is None else [row for wanted in among for row in _rows_of(wanted)]
+    rows = [] if among is None else [row for key in among for row in _rows_of(key)]
     if among is not None and not rows:
         raise ValueError("among: no filter is named")
     return _native.Question(rows, 0 if requested is None else int(_find(requested).id))
@@ -170,29 +193,32 @@ def _question(among: tuple[int | str, ...] | None, requested: int | str | None) 
 _FULL_SCAN = _question(None, None)
 
 
-def _ask_for(among: Among, requested: int | str | None) -> _native.Question:
+def _ask_for(among: Among, requested: FilterLike | None) -> _native.Question:
     if among is None and requested is None:
         return _FULL_SCAN
-    if isinstance(among, (str, int)):
-        among = (among,)
-    return _question(None if among is None else tuple(among), requested)
+    keys = None
+    if isinstance(among, Iterable) and not isinstance(among, (str, bytes, bytearray, memoryview)):
+        keys = tuple(_key("among", wanted) for wanted in among)
+    elif among is not None:
+        keys = (_key("among", among),)
+    return _question(keys, None if requested is None else _key("requested", requested))
 
 
 def identify(
     path: PathLike,
     *,
     among: Among = None,
-    requested: int | str | None = None,
+    requested: FilterLike | None = None,
 ) -> Answer | None:
     """Tells what the file at ``path`` is; None when no filter accepts it.
 
-    ``among`` asks only these filters, in this order: labels, identifiers or families ("raster",
-    "vector", "media", "native", "document", "text"). ``requested`` is the filter that the caller
-    means to use; the Illustrator and PDF filters look at it.
+    ``among`` asks only these filters, in this order: labels, identifiers, Filters or families
+    ("raster", "vector", "media", "native", "document", "text"). ``requested`` is the filter that
+    the caller means to use; the Illustrator and PDF filters look at it.
 
     Raises FileNotFoundError, PermissionError, IsADirectoryError or another OSError, with
     ``filename`` set, for what cannot be read or is no regular file, and ValueError for a filter
-    that does not exist.
+    that does not exist or a path with a NUL character.
 
     >>> identify("missing.gif")
     Traceback (most recent call last):
@@ -207,7 +233,7 @@ def identify_bytes(
     *,
     name: PathLike | None = None,
     among: Among = None,
-    requested: int | str | None = None,
+    requested: FilterLike | None = None,
 ) -> Answer | None:
     """Tells what a file with this content and this name would be.
 
@@ -233,56 +259,53 @@ def identify_many(
 ) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
     """Yields each path with its answer, in the order of ``paths``, while threads read ahead.
 
-    ``paths`` may be any iterable, an endless one too: a few hundred paths are taken ahead.
-    ``threads`` defaults to the number of processors. ``on_error="record"`` yields the OSError of
-    a file in place of its answer; "raise" raises the first.
+    ``paths`` may be any iterable, an endless one too: at most 512 paths are taken ahead. An answer
+    that is there is yielded before another path is taken. Where a path is slow to come, its answer
+    is waited for, as long as the path took, before the next is taken. What ``paths`` raises comes
+    after the answers for the paths before it.
+
+    ``threads`` is from 1 to 256, and the number of processors when not given. ``on_error="record"``
+    yields the OSError of a file in place of its answer; "raise" raises the first, after the answers
+    before it. What is no path is recorded as an OSError with EINVAL, whose ``__cause__`` is the
+    TypeError or ValueError that "raise" raises.
 
     >>> [(path, error.errno) for path, error in identify_many(["nowhere"], on_error="record")]
     [('nowhere', 2)]
     """
     if on_error not in ("raise", "record"):
         raise ValueError(f"on_error: {on_error!r} is neither 'raise' nor 'record'")
+    if isinstance(paths, (str, bytes)) or not isinstance(paths, Iterable):
+        _reject("paths", "an iterable of paths", paths)
     if threads is None:
-        threads = len(os.sched_getaffinity(0))
-    if threads < 1:
-        raise ValueError("threads: at least 1")
+        threads = min(len(os.sched_getaffinity(0)), _MOST_THREADS)
+    threads = _index("threads", "an int", threads)
+    if not 1 <= threads <= _MOST_THREADS:
+        raise ValueError(f"threads: a number from 1 to {_MOST_THREADS} is needed, not {threads}")
     return _identify_many(iter(paths), threads, _ask_for(among, None), on_error == "raise")
 
 
 def _identify_many(
     paths: Iterator[PathLike], threads: int, question: _native.Question, raises: bool
 ) -> Iterator[tuple[PathLike, Answer | None | OSError]]:
-    chunk_size = 32
-    ahead = 4 * threads
-    many = _native.Many(threads, question)
-    waiting: deque[int] = deque()
-    while True:
-        while len(waiting) < ahead:
-            chunk = list(itertools.islice(paths, chunk_size))
-            if not chunk:
-                break
-            many.push(chunk)
-            waiting.append(len(chunk))
-        if not waiting:
-            return
-        waiting.popleft()
-        for path, result in many.take():
+    many = _native.Many(paths, threads, question)
+    while results := many.take():
+        for path, result in results:
             if isinstance(result, tuple):
                 yield path, _answer(result)
             elif isinstance(result, OSError) and raises:
-                raise result
+                raise result.__cause__ or result
             else:
                 yield path, result
 
 
-def accepts(path: PathLike, filter: int | str | Filter) -> bool:  # pylint: disable=redefined-builtin
+def accepts(path: PathLike, filter: FilterLike) -> bool:  # pylint: disable=redefined-builtin
     """Whether this one filter accepts the file. Raises as ``identify`` does.
 
     >>> accepts("missing.gif", "gif")
     Traceback (most recent call last):
     FileNotFoundError: [Errno 2] No such file or directory: 'missing.gif'
     """
-    wanted = filter if isinstance(filter, Filter) else _find(filter)
+    wanted = _find(_key("filter", filter))
     if wanted == _FILTERS[_ROW_COUNT]:
         answer = identify(path)
         return answer is not None and answer.id == wanted.id
@@ -299,7 +322,7 @@ def reads_beyond_head(head: bytes | bytearray | memoryview) -> bool:
     >>> reads_beyond_head(b"\\x89PNG")
     False
     """
-    return _native.reads_beyond_head(bytes(head[:16]))
+    return _native.reads_beyond_head(head)
 
 
 def filters() -> tuple[Filter, ...]:

@@ -408,8 +408,9 @@ class Held(InTemporaryFolder):
     def interrupt(self, process, after=0.5, by=signal.SIGINT):
         time.sleep(after)
         self.assertIsNone(process.poll())
-        for _ in range(2):  # as timeout does, which tells the process and its group
-            process.send_signal(by)
+        process.send_signal(by)
+        time.sleep(0.1)
+        process.send_signal(by)  # timeout, too, tells the process and then its group
         self.assertEqual(process.wait(timeout=10), -by)
         self.assertEqual(process.stderr.read(), b"")
 
