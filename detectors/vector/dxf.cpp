@@ -15,7 +15,7 @@ bool TakeLine(std::string_view head, std::size_t at, std::string_view* line) {
   const auto end =
       std::find_if(from.begin(), from.end(), [](char c) { return c == '\r' || c == '\n'; });
   if (end == from.end()) return false;
-  *line = {from.begin(), end};
+  *line = from.substr(0, static_cast<std::size_t>(end - from.begin()));
   return true;
 }
 

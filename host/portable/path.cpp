@@ -1,6 +1,5 @@
 #include "host/path.h"
 
-#include <algorithm>
 #include <string>
 
 namespace SystemIO::Path {
@@ -17,7 +16,9 @@ constexpr wchar_t SEPARATOR = L'/';
 bool IsSeparator(wchar_t c) { return c == L'/' || c == L'\\'; }
 
 std::wstring_view LastComponent(std::wstring_view path) {
-  return {std::find_if(path.rbegin(), path.rend(), IsSeparator).base(), path.end()};
+  std::size_t start = path.size();
+  while (start > 0 && !IsSeparator(path[start - 1])) --start;
+  return path.substr(start);
 }
 
 std::wstring_view Extension(std::wstring_view path) {
