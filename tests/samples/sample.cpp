@@ -1,11 +1,11 @@
 #include "tests/samples/sample.h"
 
 #include <algorithm>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "core/registry.h"
 
@@ -129,7 +129,7 @@ const std::vector<Sample>& AllSamples() {
   static const std::vector<Sample> SAMPLES = [] {
     std::vector<Sample> all;
     for (const char* table : TABLES)
-      std::ranges::move(TableReader().Read(table), std::back_inserter(all));
+      for (Sample& sample : TableReader().Read(table)) all.push_back(std::move(sample));
     return all;
   }();
   return SAMPLES;
