@@ -8,6 +8,12 @@
 #include "typescout/typescout.h"
 
 namespace typescout::catalogue {
+namespace {
+
+// Asks a module, which has to be looked for. No raw picture is text.
+constexpr int CAMERA_RAW = 0x0337;
+
+}  // namespace
 
 Question::Question(std::vector<int> rows, int requested)
     : requested_(requested), isFullScan_(rows.empty() && requested == 0), rows_(std::move(rows)) {
@@ -15,9 +21,12 @@ Question::Question(std::vector<int> rows, int requested)
   rows_.resize(Filters().size());
   std::iota(rows_.begin(), rows_.end(), 0);
   rowsTextLast_ = rows_;
-  std::stable_partition(rowsTextLast_.begin(), rowsTextLast_.end(), [](int row) {
-    return Filters()[static_cast<std::size_t>(row)].evidence != Evidence::TEXT;
-  });
+  const auto order = [](int row) {
+    const Filter& filter = Filters()[static_cast<std::size_t>(row)];
+    return filter.id == CAMERA_RAW ? 2 : filter.evidence == Evidence::TEXT ? 1 : 0;
+  };
+  std::stable_sort(rowsTextLast_.begin(), rowsTextLast_.end(),
+                   [&order](int a, int b) { return order(a) < order(b); });
 }
 
 const Filter* Question::AskRows(const wchar_t* path, std::span<const int> rows) const {

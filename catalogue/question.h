@@ -48,7 +48,7 @@ class Question {
   int requested_;
   bool isFullScan_;
   std::vector<int> rows_;
-  std::vector<int> rowsTextLast_;  // of a full scan: the rows for any text are last
+  std::vector<int> rowsTextLast_;  // of a full scan: the rows for any text are nearly last
 };
 
 }  // namespace typescout::catalogue
